@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Builds libtresk and runs the whole test suite: the main build (with the GPU unit when nvcc
+# is present, warnings as errors) and the AddressSanitizer + UBSan build of the CPU suite.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+tools/install-deps.sh
+JOBS="$(nproc 2>/dev/null || echo 2)"
+
+cmake --preset ci
+cmake --build --preset ci -j "$JOBS"
+ctest --preset ci -j "$JOBS"
+
+if [ "${TRESK_SKIP_ASAN:-0}" != "1" ]; then
+  cmake --preset asan
+  cmake --build --preset asan -j "$JOBS"
+  ctest --preset asan -j "$JOBS"
+fi
