@@ -1,0 +1,102 @@
+// The compact result texts of a subchain scan: a counts array as a row of 31 probability bands
+// followed by the inside share, and a tally of polynomial texts as a dictionary of shares
+// rounded to three decimals in single precision.
+#include <algorithm>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "knots/tallyMath.hpp"
+#include "knots/whichKnot.hpp"
+
+namespace {
+constexpr int kOrdinals = 42;
+constexpr int kUnknown = 39;
+constexpr int kProblem = 40;
+constexpr int kInside = 41;
+} // namespace
+
+// Bands T = 90, 87, ..., 0: each knot with a percentage stands in the cell of the largest T
+// below its percentage (60 under 57, 100 under 90), several knots of one cell joined by ",",
+// empty cells "0", every cell followed by a blank; then the percentage of failed and inside
+// closures. Only unknot and inside closures: "01" for a strict unknot majority, else 31 empty
+// cells.
+std::string GiveTheNameOfKnot_toMatrix(int* counts) {
+  int total = 0;
+  for (int i = 0; i < kOrdinals; ++i)
+    total = tally::WrapAdd(total, counts[i]);
+  if (total == 0)
+    return "EMPTY KNOTS TABLE in GIVETHENAME...()";
+  const int inside = tally::WrapAdd(counts[kProblem], counts[kInside]);
+  const std::string insidePct = std::to_string(tally::Percent(inside, total));
+  if (tally::WrapAdd(counts[0], inside) == total) {
+    if (total < tally::WrapMul(2, counts[0]))
+      return UNKNOT;
+    std::string text;
+    for (int cell = 0; cell < 31; ++cell)
+      text += "0 ";
+    return text + insidePct;
+  }
+  std::vector<Knocik> listed; // (ordinal, percentage)
+  listed.reserve(kUnknown + 1);
+  for (int i = 1; i <= kUnknown; ++i) {
+    if (counts[i] > 0)
+      listed.push_back({i, tally::Percent(counts[i], total)});
+  }
+  std::stable_sort(listed.begin(), listed.end(), WayToSortKnociki);
+  listed.push_back({0, 0}); // sentinel: above no threshold
+  std::string text;
+  size_t pos = 0;
+  for (int threshold = 90; threshold >= 0; threshold -= 3) {
+    if (listed[pos].count > threshold) {
+      bool first = true;
+      while (listed[pos].count > threshold) {
+        if (!first)
+          text += ",";
+        text += knots[listed[pos].ordinal].name;
+        first = false;
+        ++pos;
+      }
+    } else {
+      text += "0";
+    }
+    text += " ";
+  }
+  return text + insidePct;
+}
+
+// "'key'" for a single entry of weight exactly 1, else "{'key': share, ...}" by descending
+// weight (equal weights in key order). A share is value / total rounded to three decimals in
+// single precision; a share that cannot be rounded in int range (a zero total: inf or NaN) is
+// written unrounded, as the stream writes it.
+std::string GiveThePolies_toDict(std::map<std::string, float> polies) {
+  std::vector<std::pair<std::string, float>> entries(polies.begin(), polies.end());
+  float total = 0;
+  for (const std::pair<std::string, float>& e : entries)
+    total += e.second;
+  std::stable_sort(entries.begin(), entries.end(), WayToSortPolies);
+  if (entries.size() == 1 && entries[0].second == 1.0f)
+    return "'" + entries[0].first + "'";
+  std::ostringstream out;
+  out << "{";
+  for (size_t i = 0; i < entries.size(); ++i) {
+    if (i > 0)
+      out << ", ";
+    const float share = entries[i].second / total;
+    const float permille = share * 1000.0f;
+    const double halfUp = static_cast<double>(permille) + 0.5;
+    out << "'" << entries[i].first << "': ";
+    if (halfUp > -2147483649.0 && halfUp < 2147483648.0) {
+      out << static_cast<float>(static_cast<int>(halfUp)) / 1000.0f;
+    } else {
+      out << share;
+    }
+  }
+  out << "}";
+  return out.str();
+}
+
+bool WayToSortPolies(std::pair<std::string, float> a, std::pair<std::string, float> b) {
+  return a.second > b.second;
+}
