@@ -1,0 +1,210 @@
+// Over/under-pass shortcuts in one projection (see overpass.hpp for why they keep the knot).
+#include "preprocessing/overpass.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// Closer than this fraction of the coordinate scale counts as touching.
+constexpr double kRelativeHair = 1e-9;
+
+struct P2 {
+  double x;
+  double y;
+};
+
+double Orient(P2 a, P2 b, P2 c) {
+  return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+}
+
+double PointSegmentDistance(P2 p, P2 a, P2 b) {
+  double dx = b.x - a.x, dy = b.y - a.y;
+  double len2 = dx * dx + dy * dy;
+  double t = len2 > 0.0 ? std::clamp(((p.x - a.x) * dx + (p.y - a.y) * dy) / len2, 0.0, 1.0) : 0.0;
+  return std::hypot(p.x - a.x - t * dx, p.y - a.y - t * dy);
+}
+
+// How two projected segments meet: 0 apart, 1 properly crossing (with parameters from each
+// segment's first point), -1 too close to call.
+int Meet(P2 a1, P2 a2, P2 b1, P2 b2, double hair, double& ta, double& tb) {
+  if (std::max(a1.x, a2.x) + hair < std::min(b1.x, b2.x) ||
+      std::max(b1.x, b2.x) + hair < std::min(a1.x, a2.x) ||
+      std::max(a1.y, a2.y) + hair < std::min(b1.y, b2.y) ||
+      std::max(b1.y, b2.y) + hair < std::min(a1.y, a2.y))
+    return 0;
+  double o1 = Orient(a1, a2, b1), o2 = Orient(a1, a2, b2);
+  double o3 = Orient(b1, b2, a1), o4 = Orient(b1, b2, a2);
+  double la = std::hypot(a2.x - a1.x, a2.y - a1.y), lb = std::hypot(b2.x - b1.x, b2.y - b1.y);
+  if (la <= hair || lb <= hair)
+    return -1;
+  if ((std::fabs(o1) <= hair * la && PointSegmentDistance(b1, a1, a2) <= hair) ||
+      (std::fabs(o2) <= hair * la && PointSegmentDistance(b2, a1, a2) <= hair) ||
+      (std::fabs(o3) <= hair * lb && PointSegmentDistance(a1, b1, b2) <= hair) ||
+      (std::fabs(o4) <= hair * lb && PointSegmentDistance(a2, b1, b2) <= hair))
+    return -1;
+  if ((o1 > 0.0) == (o2 > 0.0) || (o3 > 0.0) == (o4 > 0.0))
+    return 0;
+  ta = o3 / (o3 - o4);
+  tb = o1 / (o1 - o2);
+  return 1;
+}
+
+// True when the edges b-a and b-c leave b in (nearly) the same direction in the diagram.
+bool FoldsBack(P2 a, P2 b, P2 c) {
+  double ux = a.x - b.x, uy = a.y - b.y, vx = c.x - b.x, vy = c.y - b.y;
+  double cross = ux * vy - uy * vx, dot = ux * vx + uy * vy;
+  return dot > 0.0 && std::fabs(cross) <= kRelativeHair * std::hypot(ux, uy) * std::hypot(vx, vy);
+}
+
+// A crossing as met along one edge: its parameter from the edge's first point and whether this
+// edge passes over (+1) or under (-1) there.
+struct Event {
+  int edge;
+  double t;
+  int state;
+};
+
+struct Candidate {
+  int gain = 0;
+  int from = -1, to = -1; // the stretch runs from vertex `from` to vertex `to`
+  int state = 0;
+  double epsFrom = 0.0, epsTo = 0.0;
+};
+
+} // namespace
+
+bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& frame) {
+  int m = static_cast<int>(chain.size());
+  if (m < 5)
+    return false;
+  std::vector<P2> p(m);
+  std::vector<double> h(m);
+  double scale = 0.0, hLo = 0.0, hHi = 0.0;
+  for (int i = 0; i < m; ++i) {
+    Vec3 a = PositionOf(chain[i]);
+    p[i] = {Dot(a, frame.u), Dot(a, frame.v)};
+    h[i] = Dot(a, frame.dir);
+    scale = std::max({scale, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
+    hLo = i == 0 ? h[i] : std::min(hLo, h[i]);
+    hHi = i == 0 ? h[i] : std::max(hHi, h[i]);
+  }
+  double hair = kRelativeHair * std::max(scale, 1e-300);
+  auto P = [&](int i) { return p[((i % m) + m) % m]; };
+
+  // All crossings of non-adjacent edges, as events on both edges.
+  std::vector<std::vector<Event>> onEdge(m);
+  for (int i = 0; i + 2 < m; ++i) {
+    for (int j = i + 2; j < (i == 0 ? m - 1 : m); ++j) {
+      double ta, tb;
+      int r = Meet(P(i), P(i + 1), P(j), P(j + 1), hair, ta, tb);
+      if (r < 0)
+        return false;
+      if (r == 0)
+        continue;
+      double hi = h[i] + ta * (h[(i + 1) % m] - h[i]);
+      double hj = h[j] + tb * (h[(j + 1) % m] - h[j]);
+      if (std::fabs(hi - hj) <= hair)
+        return false;
+      onEdge[i].push_back({i, ta, hi > hj ? 1 : -1});
+      onEdge[j].push_back({j, tb, hj > hi ? 1 : -1});
+    }
+  }
+  std::vector<Event> events;
+  for (auto& list : onEdge) {
+    std::sort(list.begin(), list.end(), [](const Event& a, const Event& b) { return a.t < b.t; });
+    events.insert(events.end(), list.begin(), list.end());
+  }
+  int k = static_cast<int>(events.size());
+  if (k == 0)
+    return false;
+
+  Candidate best;
+  // Each maximal run of equal state, bounded by events of the other state.
+  for (int start = 0; start < k; ++start) {
+    int before = (start + k - 1) % k;
+    if (events[before].state == events[start].state)
+      continue; // not the start of a run
+    int end = start;
+    while (events[(end + 1) % k].state == events[start].state)
+      end = (end + 1) % k;
+    int after = (end + 1) % k;
+    int from = (events[before].edge + 1) % m, to = events[after].edge;
+    int length = (to - from + m) % m; // edges of the stretch
+    if (length < 2 || length > m - 3)
+      continue;
+    // Every crossing on the stretch must belong to the run.
+    int inside = 0;
+    bool clean = true;
+    for (int e = from; e != to && clean; e = (e + 1) % m)
+      for (const Event& ev : onEdge[e]) {
+        clean = clean && ev.state == events[start].state;
+        ++inside;
+      }
+    if (!clean || inside == 0)
+      continue;
+    // The stretch is lifted along its vertical curtain; an outside edge folding back along the
+    // stretch's end edge in the diagram would lie in that curtain.
+    if (FoldsBack(P(from - 1), P(from), P(from + 1)) || FoldsBack(P(to - 1), P(to), P(to + 1)))
+      continue;
+    // The chord from `from` to `to` against the edges that stay.
+    P2 a = P(from), b = P(to);
+    double chord = std::hypot(b.x - a.x, b.y - a.y);
+    if (chord <= hair)
+      continue;
+    int crossings = 0;
+    double nearFrom = INFINITY, nearTo = INFINITY;
+    bool sure = true;
+    for (int e = to; e != from && sure; e = (e + 1) % m) { // the edges outside the stretch
+      bool atTo = e == to, atFrom = (e + 1) % m == from;
+      if (!atTo)
+        nearTo = std::min(nearTo, PointSegmentDistance(b, P(e), P(e + 1)));
+      if (!atFrom)
+        nearFrom = std::min(nearFrom, PointSegmentDistance(a, P(e), P(e + 1)));
+      if (atTo || atFrom)
+        continue;
+      double ta, tb;
+      int r = Meet(a, b, P(e), P(e + 1), hair, ta, tb);
+      if (r < 0)
+        sure = false;
+      crossings += r > 0;
+    }
+    if (!sure || nearFrom <= 1e3 * hair || nearTo <= 1e3 * hair)
+      continue;
+    int gain = inside - crossings;
+    if (gain > best.gain) {
+      best.gain = gain;
+      best.from = from;
+      best.to = to;
+      best.state = events[start].state;
+      best.epsFrom = std::min(0.25, 0.5 * nearFrom / chord);
+      best.epsTo = std::min(0.25, 0.5 * nearTo / chord);
+    }
+  }
+  if (best.gain <= 0)
+    return false;
+
+  // The lifted path: two points above (or below) the chord's ends, just inside the chord so that
+  // the steep connectors cross nothing in the diagram.
+  double margin = 0.05 * (hHi - hLo) + 1e3 * hair;
+  double height = best.state > 0 ? hHi + margin : hLo - margin;
+  auto lifted = [&](P2 q) { return AtomAt(q.x * frame.u + q.y * frame.v + height * frame.dir, 0); };
+  P2 a = P(best.from), b = P(best.to);
+  P2 nearA = {a.x + best.epsFrom * (b.x - a.x), a.y + best.epsFrom * (b.y - a.y)};
+  P2 nearB = {b.x + best.epsTo * (a.x - b.x), b.y + best.epsTo * (a.y - b.y)};
+  int length = (best.to - best.from + m) % m;
+  std::vector<ChainAtom> out;
+  out.reserve(m + 2);
+  for (int i = 0; i < m; ++i) {
+    int offset = (i - best.from + m) % m;
+    if (offset >= 1 && offset < length)
+      continue; // strictly inside the stretch
+    out.push_back(chain[i]);
+    if (i == best.from) {
+      out.push_back(lifted(nearA));
+      out.push_back(lifted(nearB));
+    }
+  }
+  chain.swap(out);
+  return true;
+}

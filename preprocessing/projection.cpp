@@ -1,0 +1,80 @@
+// ProjectChain: a closed chain seen along one of 60 directions. With the flag set, the
+// directions of a chain of modest size are ranked for that chain, fewest crossings first, so
+// that index 0 gives the simplest diagram the 60 fixed directions offer.
+#include "preprocessing/chainprep.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numeric>
+#include <vector>
+
+#include "preprocessing/directions.hpp" // for ProjectionFrames
+#include "preprocessing/projection_rank.hpp"
+
+namespace {
+
+// Chains longer than this keep the fixed order (ranking costs 30 quadratic crossing counts).
+constexpr size_t kMaxRankedSize = 256;
+
+// The ranking of the last chain seen on this thread: callers project one chain in several
+// directions in a row.
+struct RankCache {
+  std::vector<ChainAtom> chain;
+  std::array<int, 30> order;
+};
+
+bool SameChain(const std::vector<ChainAtom>& a, const std::vector<ChainAtom>& b) {
+  if (a.size() != b.size())
+    return false;
+  for (size_t i = 0; i < a.size(); ++i)
+    if (a[i].x != b[i].x || a[i].y != b[i].y || a[i].z != b[i].z)
+      return false;
+  return true;
+}
+
+const std::array<int, 30>& RankFor(const std::vector<ChainAtom>& chain) {
+  thread_local RankCache cache{{}, {}};
+  if (cache.chain.empty() || !SameChain(cache.chain, chain)) {
+    cache.order = RankPlanes(chain);
+    cache.chain = chain;
+  }
+  return cache.order;
+}
+
+} // namespace
+
+std::vector<Edge> ProjectChain(const std::vector<ChainAtom>& chain, int direction, bool flag) {
+  std::vector<Edge> edges;
+  size_t n = chain.size();
+  if (n < 2)
+    return edges;
+  int d = direction % 60;
+  if (d < 0)
+    d += 60;
+  int plane = d % 30;
+  if (flag && n <= kMaxRankedSize)
+    plane = RankFor(chain)[plane];
+  const ProjectionFrame& f = ProjectionFrames()[d < 30 ? plane : plane + 30];
+  edges.reserve(n);
+  auto project = [&](const ChainAtom& a, double& x, double& y, double& z) {
+    Vec3 p = PositionOf(a);
+    x = Dot(p, f.u);
+    y = Dot(p, f.v);
+    z = Dot(p, f.dir);
+  };
+  Edge e{};
+  project(chain[0], e.x1, e.y1, e.z1);
+  double x0 = e.x1, y0 = e.y1, z0 = e.z1;
+  for (size_t i = 0; i < n; ++i) {
+    if (i + 1 < n) {
+      project(chain[i + 1], e.x2, e.y2, e.z2);
+    } else {
+      e.x2 = x0, e.y2 = y0, e.z2 = z0;
+    }
+    e.tag = static_cast<int32_t>(i); // the chain position of the edge's first atom
+    edges.push_back(e);
+    e.x1 = e.x2, e.y1 = e.y2, e.z1 = e.z2;
+  }
+  return edges;
+}

@@ -1,0 +1,108 @@
+// Crossing counts of a closed chain's diagrams and the ranking of projection planes by them.
+#include "preprocessing/projection_rank.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace {
+
+// Closer than this fraction of the coordinate scale counts as touching in the plane.
+constexpr double kRelativeHair = 1e-9;
+
+struct P2 {
+  double x;
+  double y;
+};
+
+double Orient(P2 a, P2 b, P2 c) {
+  return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+}
+
+// Is c within `hair` of the segment a-b, given |Orient(a, b, c)| is already that small?
+bool OnSegment(P2 a, P2 b, P2 c, double len, double hair) {
+  double t = ((c.x - a.x) * (b.x - a.x) + (c.y - a.y) * (b.y - a.y)) / (len * len);
+  return t >= -hair / len && t <= 1.0 + hair / len;
+}
+
+// A projected segment with its box widened by the hair.
+struct Seg {
+  P2 a, b;
+  double len, xlo, xhi, ylo, yhi;
+};
+
+} // namespace
+
+int CountDiagramCrossings(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
+                          bool& nearDegenerate) {
+  nearDegenerate = false;
+  int n = static_cast<int>(chain.size());
+  if (n < 4)
+    return 0;
+  // Called for 30 planes of every chain the fingerprint scan analyses: no allocation after the
+  // first call on a thread, boxes first, orientation signs next, the hair tests last.
+  thread_local std::vector<Seg> s;
+  s.resize(n);
+  double scale = 0.0;
+  for (int i = 0; i < n; ++i) {
+    Vec3 a = PositionOf(chain[i]);
+    s[i].a = {Dot(a, frame.u), Dot(a, frame.v)};
+    scale = std::max({scale, std::fabs(s[i].a.x), std::fabs(s[i].a.y)});
+  }
+  double hair = kRelativeHair * std::max(scale, 1e-300);
+  for (int i = 0; i < n; ++i) {
+    Seg& g = s[i];
+    g.b = s[i + 1 < n ? i + 1 : 0].a;
+    double dx = g.b.x - g.a.x, dy = g.b.y - g.a.y;
+    double len = std::sqrt(dx * dx + dy * dy);
+    if (len <= hair)
+      nearDegenerate = true;
+    g.len = std::max(len, hair);
+    g.xlo = std::min(g.a.x, g.b.x) - hair;
+    g.xhi = std::max(g.a.x, g.b.x) + hair;
+    g.ylo = std::min(g.a.y, g.b.y) - hair;
+    g.yhi = std::max(g.a.y, g.b.y) + hair;
+  }
+  int crossings = 0;
+  for (int i = 0; i + 2 < n; ++i) {
+    const Seg& A = s[i];
+    int last = i == 0 ? n - 1 : n; // segments 0 and n-1 are neighbours
+    double ha = hair * A.len;
+    for (int j = i + 2; j < last; ++j) {
+      const Seg& B = s[j];
+      if (B.xlo > A.xhi || A.xlo > B.xhi || B.ylo > A.yhi || A.ylo > B.yhi)
+        continue;
+      double o1 = Orient(A.a, A.b, B.a), o2 = Orient(A.a, A.b, B.b);
+      if ((o1 > ha && o2 > ha) || (o1 < -ha && o2 < -ha))
+        continue; // B clearly on one side of A's line
+      double hb = hair * B.len;
+      double o3 = Orient(B.a, B.b, A.a), o4 = Orient(B.a, B.b, A.b);
+      if ((o3 > hb && o4 > hb) || (o3 < -hb && o4 < -hb))
+        continue;
+      if ((std::fabs(o1) <= ha && OnSegment(A.a, A.b, B.a, A.len, hair)) ||
+          (std::fabs(o2) <= ha && OnSegment(A.a, A.b, B.b, A.len, hair)) ||
+          (std::fabs(o3) <= hb && OnSegment(B.a, B.b, A.a, B.len, hair)) ||
+          (std::fabs(o4) <= hb && OnSegment(B.a, B.b, A.b, B.len, hair))) {
+        nearDegenerate = true;
+        continue;
+      }
+      if ((o1 > 0.0) != (o2 > 0.0) && (o3 > 0.0) != (o4 > 0.0))
+        ++crossings;
+    }
+  }
+  return crossings;
+}
+
+std::array<int, 30> RankPlanes(const std::vector<ChainAtom>& chain) {
+  const auto& frames = ProjectionFrames();
+  std::array<long, 30> key;
+  for (int k = 0; k < 30; ++k) {
+    bool nearDegenerate = false;
+    long c = CountDiagramCrossings(chain, frames[k], nearDegenerate);
+    key[k] = (nearDegenerate ? (1L << 40) : 0L) + c;
+  }
+  std::array<int, 30> order;
+  std::iota(order.begin(), order.end(), 0);
+  std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return key[a] < key[b]; });
+  return order;
+}

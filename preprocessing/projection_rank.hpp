@@ -1,0 +1,18 @@
+// Ranking of the 30 projection planes for one closed chain by the crossings of its diagram:
+// the adaptive direction order of ProjectChain.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "core/records.hpp"             // for ChainAtom
+#include "preprocessing/directions.hpp" // for ProjectionFrame
+
+// Proper crossings of the closed chain's diagram in the frame's plane (pairs of non-adjacent
+// segments). `nearDegenerate` is set when some pair, or a segment, is within a hair of a
+// degenerate configuration (a crossing at a vertex, an overlap, a segment seen end-on).
+int CountDiagramCrossings(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
+                          bool& nearDegenerate);
+
+// Base plane indices 0..29 ordered by (near-degenerate last, fewer crossings, lower index).
+std::array<int, 30> RankPlanes(const std::vector<ChainAtom>& chain);

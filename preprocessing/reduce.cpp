@@ -1,0 +1,420 @@
+// ChainReduce: simplification of a closed chain by cutting off empty corners (a vertex goes
+// when no other segment meets the triangle it forms with its two neighbours), in double
+// precision, with a spatial grid and re-testing only what an erasure can unblock; then
+// over/under-pass shortcuts that bring the best diagram down to few crossings.
+#include "preprocessing/chainprep.hpp"
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cmath>
+#include <deque>
+#include <vector>
+
+#include "preprocessing/directions.hpp"      // for ProjectionFrames
+#include "preprocessing/overpass.hpp"        // for ShortcutBestPass
+#include "preprocessing/projection_rank.hpp" // for CountDiagramCrossings, RankPlanes
+#include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, SharedVertexSegmentEnters
+#include "preprocessing/vec3.hpp"            // for Vec3
+
+namespace {
+
+// Contacts closer than this fraction of the chain's coordinate scale count as contacts.
+constexpr double kRelativeTolerance = 1e-9;
+// Segments sharing a vertex with a corner block it when they run within this angle (radians)
+// of the corner's plane and into its angle.
+constexpr double kAngleTolerance = 1e-9;
+// Below this many vertices every segment is tested; the grid does not pay.
+constexpr int kBruteForceSize = 48;
+// A segment whose box covers more grid cells than this is kept in a list tested by all queries.
+constexpr long kMaxCellsPerSegment = 64;
+// Over/under-pass shortcuts: rounds at most, all 30 planes tried up to this chain size, and no
+// shortcuts at all above the second size (the diagrams would be too costly to search).
+constexpr int kMaxShortcutRounds = 32;
+constexpr int kAllPlanesSize = 64;
+constexpr size_t kMaxShortcutSize = 400;
+
+// A segment is named by its first vertex s (it runs s -> next[s]); `version` tells whether a
+// stored entry still describes the current segment of s.
+struct SegmentRef {
+  int start;
+  unsigned version;
+};
+
+struct Box {
+  Vec3 lo;
+  Vec3 hi;
+};
+
+Box BoxOf(Vec3 a, Vec3 b) {
+  return {{std::min(a.x, b.x), std::min(a.y, b.y), std::min(a.z, b.z)},
+          {std::max(a.x, b.x), std::max(a.y, b.y), std::max(a.z, b.z)}};
+}
+
+Box BoxOf(Vec3 a, Vec3 b, Vec3 c, double pad) {
+  Box ab = BoxOf(a, b);
+  return {
+      {std::min(ab.lo.x, c.x) - pad, std::min(ab.lo.y, c.y) - pad, std::min(ab.lo.z, c.z) - pad},
+      {std::max(ab.hi.x, c.x) + pad, std::max(ab.hi.y, c.y) + pad, std::max(ab.hi.z, c.z) + pad}};
+}
+
+bool Overlap(const Box& a, const Box& b) {
+  return a.lo.x <= b.hi.x && b.lo.x <= a.hi.x && a.lo.y <= b.hi.y && b.lo.y <= a.hi.y &&
+         a.lo.z <= b.hi.z && b.lo.z <= a.hi.z;
+}
+
+// The working state of one reduction: a doubly linked ring over the input points, the blocked
+// corners waiting for their blocker to change, and a uniform grid of segments.
+struct Reducer {
+  std::vector<Vec3> pts;
+  std::vector<int> prev, next;
+  std::vector<char> alive, queued;
+  std::vector<unsigned> version;
+  std::vector<std::vector<int>> blockedBy; // corners blocked by the segment starting at s
+  std::deque<int> queue;
+  int count = 0;
+  double tol = 0.0;
+
+  // Grid of segment references (stale entries are skipped by version).
+  Vec3 origin{0, 0, 0};
+  double cell = 1.0;
+  int dims[3] = {1, 1, 1};
+  std::vector<std::vector<SegmentRef>> cells;
+  std::vector<SegmentRef> wide; // segments too long for the grid
+  bool useGrid = false;
+  int gridBuiltAt = 0;
+  std::vector<unsigned> seen;
+  unsigned stamp = 0;
+
+  explicit Reducer(const std::vector<ChainAtom>& chain) {
+    int n = static_cast<int>(chain.size());
+    count = n;
+    pts.reserve(n);
+    double scale = 0.0;
+    for (const ChainAtom& a : chain) {
+      pts.push_back(PositionOf(a));
+      scale = std::max({scale, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
+    }
+    tol = kRelativeTolerance * std::max(scale, 1e-300);
+    prev.resize(n);
+    next.resize(n);
+    for (int i = 0; i < n; ++i) {
+      prev[i] = (i + n - 1) % n;
+      next[i] = (i + 1) % n;
+    }
+    alive.assign(n, 1);
+    queued.assign(n, 0);
+    version.assign(n, 0);
+    blockedBy.resize(n);
+    seen.assign(n, 0);
+  }
+
+  void Enqueue(int v) {
+    if (alive[v] && !queued[v]) {
+      queued[v] = 1;
+      queue.push_back(v);
+    }
+  }
+
+  void CellRange(const Box& b, int lo[3], int hi[3]) const {
+    const double l[3] = {b.lo.x - origin.x, b.lo.y - origin.y, b.lo.z - origin.z};
+    const double h[3] = {b.hi.x - origin.x, b.hi.y - origin.y, b.hi.z - origin.z};
+    for (int k = 0; k < 3; ++k) {
+      lo[k] = static_cast<int>(std::clamp(std::floor(l[k] / cell), 0.0, dims[k] - 1.0));
+      hi[k] = static_cast<int>(std::clamp(std::floor(h[k] / cell), 0.0, dims[k] - 1.0));
+    }
+  }
+
+  void Insert(int s) {
+    SegmentRef ref{s, version[s]};
+    int lo[3], hi[3];
+    CellRange(BoxOf(pts[s], pts[next[s]]), lo, hi);
+    long span = long(hi[0] - lo[0] + 1) * (hi[1] - lo[1] + 1) * (hi[2] - lo[2] + 1);
+    if (span > kMaxCellsPerSegment) {
+      wide.push_back(ref);
+      return;
+    }
+    for (int i = lo[0]; i <= hi[0]; ++i)
+      for (int j = lo[1]; j <= hi[1]; ++j)
+        for (int k = lo[2]; k <= hi[2]; ++k)
+          cells[(size_t(i) * dims[1] + j) * dims[2] + k].push_back(ref);
+  }
+
+  // Cell size: the median segment length, but no more cells than about four per vertex.
+  void BuildGrid() {
+    cells.clear();
+    wide.clear();
+    useGrid = count > kBruteForceSize;
+    gridBuiltAt = count;
+    if (!useGrid)
+      return;
+    std::vector<double> lengths;
+    Vec3 lo = pts[FirstAlive()], hi = lo;
+    ForEachAlive([&](int s) {
+      lengths.push_back(Norm(pts[next[s]] - pts[s]));
+      Vec3 p = pts[s];
+      lo = {std::min(lo.x, p.x), std::min(lo.y, p.y), std::min(lo.z, p.z)};
+      hi = {std::max(hi.x, p.x), std::max(hi.y, p.y), std::max(hi.z, p.z)};
+    });
+    std::nth_element(lengths.begin(), lengths.begin() + lengths.size() / 2, lengths.end());
+    Vec3 ext = hi - lo;
+    double volumeCell = std::cbrt((ext.x + tol) * (ext.y + tol) * (ext.z + tol) / (4.0 * count));
+    cell = std::max({lengths[lengths.size() / 2], volumeCell, tol});
+    origin = lo;
+    dims[0] = std::min(1024, 1 + static_cast<int>(ext.x / cell));
+    dims[1] = std::min(1024, 1 + static_cast<int>(ext.y / cell));
+    dims[2] = std::min(1024, 1 + static_cast<int>(ext.z / cell));
+    while (double(dims[0]) * dims[1] * dims[2] > 8.0 * count + 64) {
+      cell *= 1.25;
+      for (int k = 0; k < 3; ++k) {
+        double e = k == 0 ? ext.x : k == 1 ? ext.y : ext.z;
+        dims[k] = 1 + static_cast<int>(e / cell);
+      }
+    }
+    cells.assign(size_t(dims[0]) * dims[1] * dims[2], {});
+    ForEachAlive([&](int s) { Insert(s); });
+  }
+
+  int FirstAlive() const {
+    for (int i = 0; i < static_cast<int>(alive.size()); ++i)
+      if (alive[i])
+        return i;
+    return -1;
+  }
+
+  template <class F> void ForEachAlive(F f) const {
+    int start = FirstAlive();
+    if (start < 0)
+      return;
+    int s = start;
+    do {
+      f(s);
+      s = next[s];
+    } while (s != start);
+  }
+
+  // A triangle swept by the moving edges of a corner: its three points, the chain vertex at
+  // each point (-1 for a point that is not a vertex yet), and the two moving segments (named
+  // by their first vertex), which are never tested against it.
+  struct Sweep {
+    Vec3 p[3];
+    int vertex[3];
+    int skip1, skip2;
+  };
+
+  bool Blocks(int s, const Sweep& t) const {
+    int e = next[s];
+    for (int k = 0; k < 3; ++k) {
+      if (t.vertex[k] == s || t.vertex[k] == e) {
+        int other = t.vertex[k] == s ? e : s;
+        for (int m = 0; m < 3; ++m)
+          if (m != k && t.vertex[m] == other)
+            return true; // spans two corners: keep
+        return SharedVertexSegmentEnters(t.p[k], pts[other], t.p[(k + 1) % 3], t.p[(k + 2) % 3],
+                                         kAngleTolerance);
+      }
+    }
+    return SegmentNearTriangle(pts[s], pts[e], t.p[0], t.p[1], t.p[2], tol);
+  }
+
+  // The first segment found that meets the swept triangle, or -1 when it is empty.
+  int FindBlocker(const Sweep& t) {
+    // Segments next to the corner share a vertex with it and often decide.
+    for (int k = 0; k < 3; ++k) {
+      int v = t.vertex[k];
+      if (v < 0)
+        continue;
+      for (int s : {prev[v], v})
+        if (s != t.skip1 && s != t.skip2 && Blocks(s, t))
+          return s;
+    }
+    Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
+    auto test = [&](int s) {
+      if (s == t.skip1 || s == t.skip2)
+        return false;
+      return Overlap(box, BoxOf(pts[s], pts[next[s]])) && Blocks(s, t);
+    };
+    if (!useGrid) {
+      int s = t.skip1;
+      do {
+        if (test(s))
+          return s;
+        s = next[s];
+      } while (s != t.skip1);
+      return -1;
+    }
+    ++stamp;
+    auto visit = [&](const SegmentRef& r) {
+      if (!alive[r.start] || version[r.start] != r.version || seen[r.start] == stamp)
+        return false;
+      seen[r.start] = stamp;
+      return test(r.start);
+    };
+    for (const SegmentRef& r : wide)
+      if (visit(r))
+        return r.start;
+    int lo[3], hi[3];
+    CellRange(box, lo, hi);
+    for (int i = lo[0]; i <= hi[0]; ++i)
+      for (int j = lo[1]; j <= hi[1]; ++j)
+        for (int k = lo[2]; k <= hi[2]; ++k)
+          for (const SegmentRef& r : cells[(size_t(i) * dims[1] + j) * dims[2] + k])
+            if (visit(r))
+              return r.start;
+    return -1;
+  }
+
+  // Cutting the corner at v sweeps the triangle (a, v, b).
+  int CornerBlocker(int v) {
+    int a = prev[v], b = next[v];
+    return FindBlocker({{pts[a], pts[v], pts[b]}, {a, v, b}, a, v});
+  }
+
+  // The segment starting at s has changed: it gets a new version and its blocked corners
+  // are tested again.
+  void Renew(int s) {
+    ++version[s];
+    for (int w : blockedBy[s])
+      Enqueue(w);
+    blockedBy[s].clear();
+    if (useGrid)
+      Insert(s);
+  }
+
+  void Erase(int v) {
+    int a = prev[v], b = next[v];
+    next[a] = b;
+    prev[b] = a;
+    alive[v] = 0;
+    --count;
+    for (int w : blockedBy[v])
+      Enqueue(w);
+    blockedBy[v].clear();
+    Renew(a);
+    Enqueue(a);
+    Enqueue(b);
+  }
+
+  // Cuts empty corners until every remaining corner is blocked (or three vertices are left).
+  // Corners are tried in chain order, and a blocked corner again only when its blocker or its
+  // own triangle has changed.
+  void Run() {
+    for (int v = 0; v < static_cast<int>(pts.size()); ++v)
+      Enqueue(v);
+    BuildGrid();
+    while (!queue.empty() && count > 3) {
+      int v = queue.front();
+      queue.pop_front();
+      queued[v] = 0;
+      if (!alive[v])
+        continue;
+      int blocker = CornerBlocker(v);
+      if (blocker < 0) {
+        Erase(v);
+        if (useGrid && 4 * count < gridBuiltAt)
+          BuildGrid();
+      } else {
+        blockedBy[blocker].push_back(v);
+      }
+    }
+  }
+
+  std::vector<ChainAtom> Result(const std::vector<ChainAtom>& chain) const {
+    std::vector<ChainAtom> out;
+    out.reserve(count);
+    for (int i = 0; i < static_cast<int>(chain.size()); ++i)
+      if (alive[i])
+        out.push_back(AtomAt(pts[i], chain[i].id));
+    return out;
+  }
+};
+
+// Corner cutting alone; the surviving vertices keep their coordinates and ids.
+void CutCorners(std::vector<ChainAtom>& chain) {
+  // A vertex repeating its predecessor adds nothing to the curve but would block the corners
+  // around it (its zero-length segments touch them): drop such vertices first, unless fewer
+  // than three distinct points would be left.
+  auto same = [](const ChainAtom& a, const ChainAtom& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+  };
+  std::vector<ChainAtom> distinct = chain;
+  distinct.erase(std::unique(distinct.begin(), distinct.end(), same), distinct.end());
+  while (distinct.size() > 1 && same(distinct.front(), distinct.back()))
+    distinct.pop_back();
+  if (distinct.size() >= 3)
+    chain.swap(distinct);
+  if (chain.size() < 4)
+    return;
+  Reducer r(chain);
+  r.Run();
+  chain = r.Result(chain);
+}
+
+// The least number of crossings over the 30 projection planes, planes too close to a degenerate
+// diagram left out (INT_MAX when all are).
+int FewestCrossings(const std::vector<ChainAtom>& chain) {
+  int fewest = INT_MAX;
+  for (int k = 0; k < 30; ++k) {
+    bool nearDegenerate = false;
+    int c = CountDiagramCrossings(chain, ProjectionFrames()[k], nearDegenerate);
+    if (!nearDegenerate)
+      fewest = std::min(fewest, c);
+  }
+  return fewest;
+}
+
+// Over/under-pass shortcuts, each followed by corner cutting, tried in every projection plane
+// (the four best planes for larger chains); the variant with the fewest crossings in its best
+// plane is kept, round after round, while that number still falls.
+void ShortcutPasses(std::vector<ChainAtom>& chain) {
+  int current = FewestCrossings(chain);
+  for (int round = 0; round < kMaxShortcutRounds && current > 0; ++round) {
+    int m = static_cast<int>(chain.size());
+    std::array<int, 30> rank = RankPlanes(chain);
+    int planes = m <= kAllPlanesSize ? 30 : 4;
+    std::vector<ChainAtom> best;
+    int bestCrossings = current;
+    for (int k = 0; k < planes; ++k) {
+      std::vector<ChainAtom> trial = chain;
+      int moves = 0;
+      while (moves < 4 * m && ShortcutBestPass(trial, ProjectionFrames()[rank[k]]))
+        ++moves;
+      if (moves == 0)
+        continue;
+      std::vector<ChainAtom> cut = trial;
+      CutCorners(cut);
+      int crossings = FewestCrossings(trial), cutCrossings = FewestCrossings(cut);
+      if (cutCrossings <= crossings) {
+        trial.swap(cut);
+        crossings = cutCrossings;
+      }
+      if (crossings < bestCrossings) {
+        bestCrossings = crossings;
+        best.swap(trial);
+      }
+    }
+    if (best.empty())
+      return;
+    chain.swap(best);
+    current = bestCrossings;
+  }
+}
+
+} // namespace
+
+// flag = true: corner cutting, then over/under-pass shortcuts that lower the number of crossings
+// of the best diagram (new vertices with id 0 may appear). flag = false: corner cutting only,
+// the result is a subset of the input atoms.
+int ChainReduce(std::vector<ChainAtom>& chain, bool flag) {
+  if (chain.size() < 4)
+    return static_cast<int>(chain.size());
+  size_t original = chain.size();
+  CutCorners(chain);
+  if (flag && chain.size() > 3 && chain.size() <= kMaxShortcutSize) {
+    std::vector<ChainAtom> shortened = chain;
+    ShortcutPasses(shortened);
+    if (shortened.size() <= original)
+      chain.swap(shortened);
+  }
+  return static_cast<int>(chain.size());
+}

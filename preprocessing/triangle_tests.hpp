@@ -1,0 +1,15 @@
+// Conservative segment-against-triangle tests in double precision, used by the reduction to
+// decide whether a corner of a closed chain may be cut off without changing its knot type.
+// "Conservative" means: every configuration within `tol` of touching counts as touching.
+#pragma once
+
+#include "preprocessing/vec3.hpp" // for Vec3
+
+// True when the segment p-q comes within `tol` of the closed triangle a-b-c (the segment shares
+// no vertex with the triangle).
+bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol);
+
+// The segment s-x shares the vertex s with the triangle s-o1-o2. True when the segment meets
+// the triangle anywhere but at s, or runs so close to its plane (angle below `angleTol`) that
+// the answer is in doubt.
+bool SharedVertexSegmentEnters(Vec3 s, Vec3 x, Vec3 o1, Vec3 o2, double angleTol);
