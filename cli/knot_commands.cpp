@@ -1,4 +1,172 @@
-// `tresk knot` and `tresk poly` (placeholder until the single-chain engine lands).
-#include "cli/commands.hpp"
+// `tresk knot` (the knot type of a whole open chain, voted over many random closures) and
+// `tresk poly` (the Alexander polynomial of one projection of a closed chain).
+#include <cstdlib>
+#include <ctime>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
 
-void RegisterKnotCommands(CLI::App&) {}
+#include "alexander/determinant.hpp" // for WhichKnotDouble_OrdNr
+#include "alexander/polynomial.hpp"  // for ShowPoly
+#include "chain/direction.hpp"       // for FindTheKnotInParticularDirection_poly
+#include "cli/commands.hpp"
+#include "crossings/crossings.hpp"     // for FindAllCrossings
+#include "entry/entry.hpp"             // for FindKnots
+#include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, knots
+#include "preprocessing/chainprep.hpp" // for ChainRead, ChainReduce, ProjectChain
+
+namespace {
+
+constexpr int kExactCrossingBound = 16; // the bound the library uses for one projection
+
+struct KnotOptions {
+  std::string file;
+  int closureMethod = 3;
+  int closures = 100;
+  long long seed = -1; // negative: seeded from the clock
+  bool check = false;
+  std::string output = "/dev/null";
+};
+
+struct PolyOptions {
+  std::string file;
+  int direction = 0;
+  bool noReduce = false;
+};
+
+// Ends the command with a failure status; CLI11 turns this into the program's exit status.
+[[noreturn]] void Fail(int status) {
+  throw CLI::RuntimeError(status);
+}
+
+void RunKnot(const KnotOptions& o) {
+  std::srand(o.seed >= 0 ? static_cast<unsigned>(o.seed)
+                         : static_cast<unsigned>(std::time(nullptr)));
+  std::vector<char> input(o.file.begin(), o.file.end());
+  input.push_back('\0');
+  std::vector<char> output(o.output.begin(), o.output.end());
+  output.push_back('\0');
+  // The verdict goes to standard output, a failed read is reported on standard error.
+  int rc = FindKnots(0, input.data(), output.data(), o.check ? 1 : 0, 0, 0, o.closureMethod,
+                     o.closures, 0);
+  std::cout.flush();
+  if (rc != 0)
+    Fail(1);
+}
+
+// Ring files often repeat the first atom at the end; the projection wants each atom once.
+void DropRepeatedEnd(std::vector<ChainAtom>& chain) {
+  if (chain.size() < 4)
+    return;
+  const ChainAtom& a = chain.front();
+  const ChainAtom& b = chain.back();
+  if (a.x == b.x && a.y == b.y && a.z == b.z)
+    chain.pop_back();
+}
+
+void RunPoly(const PolyOptions& o) {
+  std::vector<char> input(o.file.begin(), o.file.end());
+  input.push_back('\0');
+  bool error = true;
+  std::vector<ChainAtom> chain = ChainRead(input.data(), error);
+  if (error || chain.empty()) {
+    std::cerr << "tresk poly: cannot read a chain from " << o.file << "\n";
+    Fail(1);
+  }
+  DropRepeatedEnd(chain);
+  std::cout << "atoms: " << chain.size();
+  if (!o.noReduce) {
+    ChainReduce(chain, true);
+    std::cout << " (reduced to " << chain.size() << ")";
+  }
+  std::cout << "\n";
+
+  std::vector<Edge> edges = ProjectChain(chain, o.direction, true);
+  std::vector<Crossing> crossings;
+  if (FindAllCrossings(edges, crossings, true) != 0) {
+    std::cout.flush();
+    std::cerr << "tresk poly: the projection in direction " << o.direction
+              << " is degenerate; try another --direction\n";
+    Fail(2);
+  }
+  std::cout << "crossings: " << crossings.size() << " in direction " << o.direction << "\n";
+
+  boost::math::tools::polynomial<int> poly;
+  double value = 0.0;
+  int ordinal;
+  if (FindTheKnotInParticularDirection_poly(chain, poly, value, o.direction, kExactCrossingBound)) {
+    std::cout << "way: exact Alexander polynomial (at most " << kExactCrossingBound
+              << " crossings)\ncoefficients:";
+    for (std::size_t k = 0; k < poly.size(); ++k)
+      std::cout << " " << poly[k];
+    std::cout << "\npolynomial: ";
+    ShowPoly(poly);
+    std::cout << "\n";
+    ordinal = WhichKnot_OrdNr(poly);
+  } else {
+    std::cout << "way: numeric determinant at t = 12 (more than " << kExactCrossingBound
+              << " crossings)\nvalue: " << value << "\n";
+    ordinal = WhichKnotDouble_OrdNr(value);
+  }
+  std::cout << "knot: " << knots[ordinal].name;
+  if (ordinal == 39)
+    std::cout << " (not in the table of knots up to 8 crossings)";
+  std::cout << "\n";
+}
+
+} // namespace
+
+void RegisterKnotCommands(CLI::App& app) {
+  auto knot = std::make_shared<KnotOptions>();
+  CLI::App* k = app.add_subcommand(
+      "knot", "Name the knot of an open chain: close it many times at random, reduce and "
+              "project each closure, and print every knot type found with its share, e.g. "
+              "'3_1(70%) 01(30%)'.");
+  k->add_option("file", knot->file,
+                "Chain file: 'x y z' or 'id x y z' per line, PDB or mmCIF (C-alpha atoms)")
+      ->required()
+      ->check(CLI::ExistingFile);
+  k->add_option("-m,--closure-method", knot->closureMethod,
+                "How to close the chain, through a sphere around it: 0 = the chain is already "
+                "closed, use it as it is; 1 = push both ends straight out to the sphere (one "
+                "fixed closure); 2 = join each end to its own random point of the sphere; 3 = "
+                "join both ends to one random point of the sphere; 4 = extend both ends in one "
+                "random direction")
+      ->check(CLI::Range(0, 4))
+      ->capture_default_str();
+  k->add_option("-n,--closures", knot->closures,
+                "How many random closures to vote over (methods 0 and 1 always make one)")
+      ->check(CLI::Range(1, 1000000))
+      ->capture_default_str();
+  k->add_option("-s,--seed", knot->seed,
+                "Seed of the random closures, for repeatable results (default: from the clock)")
+      ->check(CLI::Range(0LL, 4294967295LL));
+  k->add_flag("-c,--check-distances", knot->check,
+              "Check the distances between neighbouring atoms first and report chain breaks "
+              "(the run goes on)");
+  k->add_option("-o,--report", knot->output,
+                "File that receives the distance-check message (default: none)");
+  k->footer("Example: tresk knot examples/chains/trefoil_open.xyz --seed 1");
+  k->callback([knot] { RunKnot(*knot); });
+
+  auto poly = std::make_shared<PolyOptions>();
+  CLI::App* p = app.add_subcommand(
+      "poly", "Print the Alexander polynomial of a closed chain seen in one projection, and the "
+              "knot it names. The last atom is joined back to the first.");
+  p->add_option("file", poly->file,
+                "Closed chain file: 'x y z' or 'id x y z' per line, PDB or "
+                "mmCIF")
+      ->required()
+      ->check(CLI::ExistingFile);
+  p->add_option("-d,--direction", poly->direction,
+                "Projection direction, 0 to 59 (another one helps when a projection is "
+                "degenerate)")
+      ->check(CLI::Range(0, 59))
+      ->capture_default_str();
+  p->add_flag("--no-reduce", poly->noReduce,
+              "Project the chain as it is, without first removing atoms that do not change "
+              "its knot (more crossings, slower)");
+  p->footer("Example: tresk poly examples/chains/trefoil_closed.xyz");
+  p->callback([poly] { RunPoly(*poly); });
+}

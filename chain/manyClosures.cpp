@@ -1,0 +1,69 @@
+// The vote over many closures of one open chain: every closure is reduced and projected until
+// one of 30 directions gives a usable determinant, and that knot ordinal is counted.
+#include "chain/manyClosures.hpp"
+
+#include <algorithm>
+
+#include "chain/direction.hpp"         // for FindTheKnotInParticularDirection
+#include "preprocessing/chainprep.hpp" // for the closures and ChainReduce
+
+namespace {
+
+constexpr int kCountSlots = 42;
+constexpr int kProblemWithProjecting = 40; // the numeric determinant was not an integer
+constexpr int kDirectionsPerClosure = 30;
+constexpr double kClosureParameter = 1.25;
+
+// Closes `chain` in place by closure method `method`; methods 1 to 3 are asked again on the
+// same, already changed chain for as long as they answer -1.
+void Close(std::vector<ChainAtom>& chain, int method) {
+  switch (method) {
+  case 1:
+    while (CloseChain_OUT(chain, kClosureParameter) == -1) {
+    }
+    break;
+  case 2:
+    while (CloseChain_2points(chain, kClosureParameter) == -1) {
+    }
+    break;
+  case 3:
+    while (CloseChain_1point(chain, kClosureParameter) == -1) {
+    }
+    break;
+  case 4:
+    CloseChain_1direction(chain);
+    break;
+  default: // 0 (the chain is already closed) and unknown methods use the chain as it is
+    break;
+  }
+}
+
+} // namespace
+
+int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureMethod, int closures) {
+  std::fill(counts, counts + kCountSlots, 0);
+  // Methods 0 and 1 are deterministic: one closure says everything. Compared unsigned, so a
+  // negative method counts as unknown and makes `closures` passes.
+  if (static_cast<unsigned>(closureMethod) <= 1u) {
+    closures = 1;
+  } else if (closures < 1) {
+    return 0;
+  }
+
+  std::vector<ChainAtom> working;
+  for (int pass = 0; pass < closures;) {
+    working = chain;
+    Close(working, closureMethod);
+    ChainReduce(working, true);
+    int ordinal = kProblemWithProjecting;
+    for (int d = 0; d < kDirectionsPerClosure && ordinal == kProblemWithProjecting; ++d) {
+      ordinal = FindTheKnotInParticularDirection(working, d);
+    }
+    // Every direction failed numerically: close again; such a closure casts no vote.
+    if (ordinal == kProblemWithProjecting)
+      continue;
+    ++counts[ordinal];
+    ++pass;
+  }
+  return 0;
+}
