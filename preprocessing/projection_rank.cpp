@@ -2,6 +2,7 @@
 #include "preprocessing/projection_rank.hpp"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <numeric>
 
@@ -35,6 +36,11 @@ struct Seg {
 
 int CountDiagramCrossings(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
                           bool& nearDegenerate) {
+  return CountDiagramCrossingsUpTo(chain, frame, INT_MAX, nearDegenerate);
+}
+
+int CountDiagramCrossingsUpTo(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
+                              int limit, bool& nearDegenerate) {
   nearDegenerate = false;
   int n = static_cast<int>(chain.size());
   if (n < 4)
@@ -86,20 +92,33 @@ int CountDiagramCrossings(const std::vector<ChainAtom>& chain, const ProjectionF
         nearDegenerate = true;
         continue;
       }
-      if ((o1 > 0.0) != (o2 > 0.0) && (o3 > 0.0) != (o4 > 0.0))
-        ++crossings;
+      if ((o1 > 0.0) != (o2 > 0.0) && (o3 > 0.0) != (o4 > 0.0) && ++crossings >= limit)
+        return crossings;
     }
   }
   return crossings;
 }
 
 std::array<int, 30> RankPlanes(const std::vector<ChainAtom>& chain) {
+  return RankPlanesTop(chain, 30);
+}
+
+std::array<int, 30> RankPlanesTop(const std::vector<ChainAtom>& chain, int wanted) {
   const auto& frames = ProjectionFrames();
+  constexpr long kDegenerate = 1L << 40, kBeyond = 1L << 41;
   std::array<long, 30> key;
+  std::array<long, 30> sorted; // the keys so far, ascending
   for (int k = 0; k < 30; ++k) {
+    // A plane counting as many crossings as the wanted-th best so far cannot rank among the
+    // wanted (earlier planes win ties): its count stops there.
+    int limit = INT_MAX;
+    if (wanted >= 1 && k >= wanted && sorted[wanted - 1] < kDegenerate)
+      limit = static_cast<int>(sorted[wanted - 1]);
     bool nearDegenerate = false;
-    long c = CountDiagramCrossings(chain, frames[k], nearDegenerate);
-    key[k] = (nearDegenerate ? (1L << 40) : 0L) + c;
+    long c = CountDiagramCrossingsUpTo(chain, frames[k], limit, nearDegenerate);
+    key[k] = c >= limit ? kBeyond : (nearDegenerate ? kDegenerate : 0L) + c;
+    sorted[k] = key[k];
+    std::inplace_merge(sorted.begin(), sorted.begin() + k, sorted.begin() + k + 1);
   }
   std::array<int, 30> order;
   std::iota(order.begin(), order.end(), 0);

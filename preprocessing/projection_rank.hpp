@@ -13,6 +13,12 @@
 // degenerate configuration (a crossing at a vertex, an overlap, a segment seen end-on).
 int CountDiagramCrossings(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
                           bool& nearDegenerate);
+// The same, but counting stops once `limit` crossings are found (the result is then `limit`
+// and `nearDegenerate` tells only about the pairs looked at).
+int CountDiagramCrossingsUpTo(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
+                              int limit, bool& nearDegenerate);
 
 // Base plane indices 0..29 ordered by (near-degenerate last, fewer crossings, lower index).
 std::array<int, 30> RankPlanes(const std::vector<ChainAtom>& chain);
+// Only the first `wanted` entries of that order are guaranteed; the rest follow in some order.
+std::array<int, 30> RankPlanesTop(const std::vector<ChainAtom>& chain, int wanted);

@@ -13,7 +13,7 @@
 
 #include "preprocessing/directions.hpp"      // for ProjectionFrames
 #include "preprocessing/overpass.hpp"        // for ShortcutBestPass
-#include "preprocessing/projection_rank.hpp" // for CountDiagramCrossings, RankPlanes
+#include "preprocessing/projection_rank.hpp" // for CountDiagramCrossingsUpTo, RankPlanesTop
 #include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, SharedVertexSegmentEnters
 #include "preprocessing/vec3.hpp"            // for Vec3
 
@@ -244,23 +244,35 @@ struct Reducer {
       return -1;
     }
     ++stamp;
-    auto visit = [&](const SegmentRef& r) {
-      if (!alive[r.start] || version[r.start] != r.version || seen[r.start] == stamp)
-        return false;
-      seen[r.start] = stamp;
-      return test(r.start);
+    // Stale entries are dropped from every list looked at (the current ones keep their order,
+    // so the blocker found does not depend on when a list was last cleaned).
+    auto scan = [&](std::vector<SegmentRef>& list) {
+      if (list.empty())
+        return -1;
+      size_t kept = 0;
+      for (const SegmentRef& r : list)
+        if (alive[r.start] && version[r.start] == r.version)
+          list[kept++] = r;
+      list.resize(kept);
+      for (const SegmentRef& r : list) {
+        if (seen[r.start] == stamp)
+          continue;
+        seen[r.start] = stamp;
+        if (test(r.start))
+          return r.start;
+      }
+      return -1;
     };
-    for (const SegmentRef& r : wide)
-      if (visit(r))
-        return r.start;
+    int found = scan(wide);
+    if (found >= 0)
+      return found;
     int lo[3], hi[3];
     CellRange(box, lo, hi);
     for (int i = lo[0]; i <= hi[0]; ++i)
       for (int j = lo[1]; j <= hi[1]; ++j)
         for (int k = lo[2]; k <= hi[2]; ++k)
-          for (const SegmentRef& r : cells[(size_t(i) * dims[1] + j) * dims[2] + k])
-            if (visit(r))
-              return r.start;
+          if ((found = scan(cells[(size_t(i) * dims[1] + j) * dims[2] + k])) >= 0)
+            return found;
     return -1;
   }
 
@@ -352,13 +364,16 @@ void CutCorners(std::vector<ChainAtom>& chain) {
 
 // The least number of crossings over the 30 projection planes, planes too close to a degenerate
 // diagram left out (INT_MAX when all are).
-int FewestCrossings(const std::vector<ChainAtom>& chain) {
-  int fewest = INT_MAX;
+// With `below` given, only counts under it are exact: the result is `below` when no plane has
+// fewer crossings.
+int FewestCrossings(const std::vector<ChainAtom>& chain, int below = INT_MAX) {
+  int fewest = below;
   for (int k = 0; k < 30; ++k) {
+    // A plane cannot lower the minimum once it has as many crossings: its count stops there.
     bool nearDegenerate = false;
-    int c = CountDiagramCrossings(chain, ProjectionFrames()[k], nearDegenerate);
-    if (!nearDegenerate)
-      fewest = std::min(fewest, c);
+    int c = CountDiagramCrossingsUpTo(chain, ProjectionFrames()[k], fewest, nearDegenerate);
+    if (!nearDegenerate && c < fewest)
+      fewest = c;
   }
   return fewest;
 }
@@ -370,8 +385,8 @@ void ShortcutPasses(std::vector<ChainAtom>& chain) {
   int current = FewestCrossings(chain);
   for (int round = 0; round < kMaxShortcutRounds && current > 0; ++round) {
     int m = static_cast<int>(chain.size());
-    std::array<int, 30> rank = RankPlanes(chain);
     int planes = m <= kAllPlanesSize ? 30 : 4;
+    std::array<int, 30> rank = RankPlanesTop(chain, planes);
     std::vector<ChainAtom> best;
     int bestCrossings = current;
     for (int k = 0; k < planes; ++k) {
@@ -383,14 +398,17 @@ void ShortcutPasses(std::vector<ChainAtom>& chain) {
         continue;
       std::vector<ChainAtom> cut = trial;
       CutCorners(cut);
-      int crossings = FewestCrossings(trial), cutCrossings = FewestCrossings(cut);
-      if (cutCrossings <= crossings) {
-        trial.swap(cut);
-        crossings = cutCrossings;
-      }
-      if (crossings < bestCrossings) {
+      // The cut variant wins ties; either must beat the best so far. Counts at or above what
+      // they must beat are not needed exactly.
+      int cutCrossings = FewestCrossings(cut, bestCrossings);
+      int bar = std::min(cutCrossings, bestCrossings);
+      int crossings = FewestCrossings(trial, bar);
+      if (crossings < bar) {
         bestCrossings = crossings;
         best.swap(trial);
+      } else if (cutCrossings < bestCrossings) {
+        bestCrossings = cutCrossings;
+        best.swap(cut);
       }
     }
     if (best.empty())
