@@ -1,4 +1,245 @@
-// `tresk matrix` and `tresk plot` (placeholder until the scan lands).
-#include "cli/commands.hpp"
+// `tresk matrix` (the knot fingerprint of a chain: the knot type of its subchains on a grid,
+// refined around knotted ones) and `tresk plot` (the picture of such a fingerprint).
+#include <unistd.h>
 
-void RegisterScanCommands(CLI::App&) {}
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+#include "cli/commands.hpp"
+#include "cli/plot.hpp"
+#include "entry/entry.hpp"             // for FindKnotFingerprint
+#include "preprocessing/chainprep.hpp" // for ChainRead, CheckDistancesBetweenAtoms
+#include "scan/threads.hpp"            // for SetFingerprintThreads, SetFingerprintProgress
+
+namespace {
+
+struct MatrixOptions {
+  std::string file;
+  std::string output;
+  int step = 10;
+  int threshold = 20;
+  int closureMethod = 2;
+  int closures = 100;
+  long long seed = -1; // negative: seeded from the clock
+  bool polynomials = false;
+  int maxPolyCrossings = 15;
+  bool numeric = false;
+  unsigned long long memory = 768000000ULL;
+  int threads = 1;
+  bool check = false;
+  bool progress = false;
+  bool quiet = false;
+};
+
+struct PlotOptions {
+  std::string file;
+  std::string output;
+  PlotStyle style;
+};
+
+[[noreturn]] void Fail(int status) {
+  throw CLI::RuntimeError(status);
+}
+
+// The progress line on standard error. The library's own log lines go to the same terminal,
+// so the log stream passes through a buffer that wipes the progress line before each message.
+struct ProgressLine {
+  bool visible = false;
+  std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+  std::chrono::steady_clock::time_point last{};
+  int phase = 0;
+};
+
+class WipingLogBuffer : public std::streambuf {
+public:
+  WipingLogBuffer(std::streambuf* target, ProgressLine& line) : target_(target), line_(line) {}
+
+protected:
+  int_type overflow(int_type c) override {
+    if (traits_type::eq_int_type(c, traits_type::eof()))
+      return traits_type::not_eof(c);
+    Wipe();
+    return target_->sputc(traits_type::to_char_type(c));
+  }
+  std::streamsize xsputn(const char* s, std::streamsize n) override {
+    Wipe();
+    return target_->sputn(s, n);
+  }
+  int sync() override { return target_->pubsync(); }
+
+private:
+  void Wipe() {
+    if (!line_.visible)
+      return;
+    std::fputs("\r\033[K", stderr);
+    line_.visible = false;
+  }
+  std::streambuf* target_;
+  ProgressLine& line_;
+};
+
+// Drops everything: the log stream under --quiet.
+class NullBuffer : public std::streambuf {
+protected:
+  int_type overflow(int_type c) override { return traits_type::not_eof(c); }
+  std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
+};
+
+void ShowProgress(int phase, unsigned long long done, unsigned long long total, void* user) {
+  ProgressLine& line = *static_cast<ProgressLine*>(user);
+  const auto now = std::chrono::steady_clock::now();
+  const bool finished = done >= total;
+  if (phase == line.phase && !finished && now - line.last < std::chrono::milliseconds(200))
+    return;
+  line.phase = phase;
+  line.last = now;
+  const double seconds = std::chrono::duration<double>(now - line.start).count();
+  const int percent = total == 0 ? 100 : static_cast<int>(100.0 * done / total);
+  std::fprintf(stderr, "\r\033[K%s: %3d%%  (%.0f s)", phase == 1 ? "coarse grid" : "refinement",
+               percent, seconds);
+  std::fflush(stderr);
+  line.visible = true;
+}
+
+std::vector<char> CString(const std::string& s) {
+  std::vector<char> out(s.begin(), s.end());
+  out.push_back('\0');
+  return out;
+}
+
+void RunMatrix(const MatrixOptions& o) {
+  std::vector<char> input = CString(o.file);
+  bool error = true;
+  const std::vector<ChainAtom> chain = ChainRead(input.data(), error);
+  if (error || chain.empty()) {
+    std::cerr << "tresk matrix: cannot read a chain from " << o.file << "\n";
+    Fail(1);
+  }
+  if (o.check) {
+    const std::string message = CheckDistancesBetweenAtoms(chain);
+    if (message != "OK")
+      std::cerr << message << "\n";
+  }
+  if (!std::ofstream(o.output)) {
+    std::cerr << "tresk matrix: cannot write " << o.output << "\n";
+    Fail(1);
+  }
+
+  ProgressLine line;
+  WipingLogBuffer wiping(std::clog.rdbuf(), line);
+  NullBuffer null;
+  std::streambuf* original = std::clog.rdbuf();
+  const bool showProgress = !o.quiet && (o.progress || isatty(STDERR_FILENO) == 1);
+  if (o.quiet) {
+    std::clog.rdbuf(&null);
+  } else if (showProgress) {
+    std::clog.rdbuf(&wiping);
+    SetFingerprintProgress(ShowProgress, &line);
+  }
+
+  SetFingerprintThreads(o.threads);
+  std::srand(o.seed >= 0 ? static_cast<unsigned>(o.seed)
+                         : static_cast<unsigned>(std::time(nullptr)));
+  std::vector<char> output = CString(o.output);
+  FindKnotFingerprint(chain, output.data(), o.step, o.threshold, o.closureMethod, o.closures,
+                      o.polynomials ? 0 : 1, o.maxPolyCrossings, o.numeric, o.memory);
+
+  SetFingerprintProgress(nullptr, nullptr);
+  if (line.visible)
+    std::fputs("\r\033[K", stderr);
+  std::clog.rdbuf(original);
+}
+
+void RunPlot(const PlotOptions& o) {
+  const std::string error = PlotFingerprintFile(o.file, o.output, o.style);
+  if (!error.empty()) {
+    std::cerr << "tresk plot: " << error << "\n";
+    Fail(1);
+  }
+}
+
+} // namespace
+
+void RegisterScanCommands(CLI::App& app) {
+  auto matrix = std::make_shared<MatrixOptions>();
+  CLI::App* m = app.add_subcommand(
+      "matrix",
+      "Compute the knot fingerprint of a chain: the knot type of its subchains i..j, first on "
+      "a grid of the given step, then at every subchain near a strongly knotted grid point. "
+      "Writes a header line and one line per knotted subchain (ids of its ends, the knot "
+      "types in 31 probability bands >90% .. >0%, the share of failed closures, its "
+      "positions), or 'UNKNOT'. Draw it with 'tresk plot'.");
+  m->add_option("file", matrix->file,
+                "Chain file: 'x y z' or 'id x y z' per line, PDB or mmCIF (C-alpha atoms)")
+      ->required()
+      ->check(CLI::ExistingFile);
+  m->add_option("-o,--output", matrix->output, "Fingerprint file to write")->required();
+  m->add_option("-s,--step", matrix->step,
+                "Grid step in atoms, and half-width of the refinement around knotted points")
+      ->check(CLI::Range(1, 1000000))
+      ->capture_default_str();
+  m->add_option("-t,--threshold", matrix->threshold,
+                "Refine around grid points whose knot probability (in %) is above this")
+      ->capture_default_str();
+  m->add_option("-m,--closure-method", matrix->closureMethod,
+                "How to close each subchain: 1 = one fixed closure far out; 2 = join both ends "
+                "through two random far points; 3 = through one random far point; 0 or 4 = "
+                "leave it open (the ends are joined directly)")
+      ->check(CLI::Range(0, 4))
+      ->capture_default_str();
+  m->add_option("-n,--closures", matrix->closures, "Random closures per subchain")
+      ->check(CLI::Range(1, 1000000))
+      ->capture_default_str();
+  m->add_option("--seed", matrix->seed,
+                "Seed of the random closures, for repeatable results (default: from the clock)")
+      ->check(CLI::NonNegativeNumber);
+  m->add_flag("--polynomials", matrix->polynomials,
+              "Write a dictionary of Alexander polynomials per knotted subchain instead of "
+              "knot names (one line, no header; cannot be plotted)");
+  m->add_option("--max-poly-crossings", matrix->maxPolyCrossings,
+                "With --polynomials: projections with more crossings give an empty polynomial")
+      ->capture_default_str();
+  m->add_flag("--numeric", matrix->numeric,
+              "With --polynomials: write the determinant at t = 12 instead of the polynomial");
+  m->add_option("--memory", matrix->memory,
+                "Memory budget of one batch of closed subchains (13 units per point)")
+      ->capture_default_str();
+  m->add_option("-j,--threads", matrix->threads,
+                "Threads that reduce and analyse each batch; 0 = all cores. The result does not "
+                "depend on it")
+      ->check(CLI::NonNegativeNumber)
+      ->capture_default_str();
+  m->add_flag("-c,--check-distances", matrix->check,
+              "Check the distances between neighbouring atoms first and report chain breaks");
+  m->add_flag("--progress", matrix->progress,
+              "Show the progress line even when standard error is not a terminal");
+  m->add_flag("-q,--quiet", matrix->quiet, "No progress line and no log messages");
+  m->callback([matrix] { RunMatrix(*matrix); });
+
+  auto plot = std::make_shared<PlotOptions>();
+  CLI::App* p = app.add_subcommand(
+      "plot",
+      "Draw a fingerprint written by 'tresk matrix': the triangle of subchains (first residue "
+      "across, last residue up), each knotted subchain coloured by its knot type, darker for "
+      "a higher probability.");
+  p->add_option("file", plot->file, "Fingerprint file (names mode)")
+      ->required()
+      ->check(CLI::ExistingFile);
+  p->add_option("-o,--output", plot->output, "Picture to write: a .svg or .png file")->required();
+  p->add_option("--size", plot->style.size, "Width of the picture in pixels (PNG) or points (SVG)")
+      ->check(CLI::Range(200, 20000))
+      ->capture_default_str();
+  p->add_option("--step", plot->style.step,
+                "Grid step of the scan (default: inferred from the rows)")
+      ->check(CLI::NonNegativeNumber);
+  p->add_option("--title", plot->style.title, "Title above the picture");
+  p->callback([plot] { RunPlot(*plot); });
+}
