@@ -6,7 +6,7 @@
 
 #include <boost/math/tools/polynomial.hpp>
 
-#include "core/records.hpp"  // for Crossing
+#include "core/records.hpp" // for Crossing
 
 std::vector<std::vector<double>> CreateFoxMatrix_double(std::vector<Crossing> const& crossings,
                                                         int t);

@@ -7,16 +7,16 @@
 
 #include <boost/math/tools/polynomial.hpp>
 
-#include "core/records.hpp"  // for Crossing
+#include "core/records.hpp" // for Crossing
 
 using PolyMatrix = std::vector<std::vector<boost::math::tools::polynomial<int>>>;
 
 // (n-1) x n matrix: one row per crossing except the last, one column per arc.
-std::vector<std::vector<boost::math::tools::polynomial<int>>> CreateFoxMatrix(
-    std::vector<Crossing> const& crossings);
+std::vector<std::vector<boost::math::tools::polynomial<int>>>
+CreateFoxMatrix(std::vector<Crossing> const& crossings);
 // Determinant of the leading r x r block (r = number of rows).
-boost::math::tools::polynomial<int> det_poly(
-    std::vector<std::vector<boost::math::tools::polynomial<int>>> const& M);
+boost::math::tools::polynomial<int>
+det_poly(std::vector<std::vector<boost::math::tools::polynomial<int>>> const& M);
 boost::math::tools::polynomial<int> NormalizePoly(boost::math::tools::polynomial<int> const& p);
 bool NonZeroPoly(boost::math::tools::polynomial<int> p);
 bool EqualPolies(boost::math::tools::polynomial<int> a, boost::math::tools::polynomial<int> b);

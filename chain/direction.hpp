@@ -7,11 +7,11 @@
 
 #include <boost/math/tools/polynomial.hpp>
 
-#include "core/records.hpp"  // for ChainAtom
+#include "core/records.hpp" // for ChainAtom
 
 bool FindTheKnotInParticularDirection_poly(std::vector<ChainAtom> chain,
-                                           boost::math::tools::polynomial<int>& poly,
-                                           double& value, int direction, int maxPolyCrossings);
+                                           boost::math::tools::polynomial<int>& poly, double& value,
+                                           int direction, int maxPolyCrossings);
 int FindTheKnotInParticularDirection(std::vector<ChainAtom> chain, int direction);
 int FindTheKnotInParticularDirection_True(std::vector<ChainAtom> chain, int direction);
 std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> chain,

@@ -3,6 +3,6 @@
 
 #include <vector>
 
-#include "core/records.hpp"  // for ChainAtom
+#include "core/records.hpp" // for ChainAtom
 
 int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureMethod, int closures);

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include <boost/math/tools/polynomial.hpp>  // for KnownKnot::poly
+#include <boost/math/tools/polynomial.hpp> // for KnownKnot::poly
 
-#include "core/points.hpp"  // for fPointR3, Job
+#include "core/points.hpp" // for fPointR3, Job
 
 // One bead of an input chain. `id` is the atom's own number as read (residue number);
 // points rebuilt from single-precision copies carry id 0.

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/records.hpp"  // for Edge, Crossing, CrossingShort
+#include "core/records.hpp" // for Edge, Crossing, CrossingShort
 
 // Parameters (on a, on b) of the crossing of two projected segments; result 1 crossing,
 // 0 none, -1 degenerate (a message on std::clog). The pair is (0, 0) unless result is 1.

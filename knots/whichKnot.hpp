@@ -8,7 +8,7 @@
 
 #include <boost/math/tools/polynomial.hpp>
 
-#include "core/records.hpp"  // for KnownKnot, Knocik, knots
+#include "core/records.hpp" // for KnownKnot, Knocik, knots
 
 void FillKnotsArray();
 std::string WhichKnot(boost::math::tools::polynomial<int> poly);

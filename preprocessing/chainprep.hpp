@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/records.hpp"  // for ChainAtom, Edge
+#include "core/records.hpp" // for ChainAtom, Edge
 
 // Reads one chain (plain xyz text, PDB or mmCIF, optionally gzip-compressed). Sets `error` on
 // every call; an unreadable or unusable file gives error = true and an empty vector.

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "core/points.hpp"  // for fPointR3, Job
+#include "core/points.hpp" // for fPointR3, Job
 
 // 0 miss, 1 clear hit or degenerate, 2 contact within tolerance.
 int intersection(fPointR3* triangle, fPointR3* segment);

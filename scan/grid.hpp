@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "core/records.hpp"  // for ChainAtom, Job, RowFile
+#include "core/records.hpp" // for ChainAtom, Job, RowFile
 
 int PrepareJobsFromNet(const std::vector<ChainAtom>& chain, std::vector<Job>& jobs, int step);
 int PrepareJobsAroundNet(const std::vector<ChainAtom>& chain, std::vector<Job>& jobs,

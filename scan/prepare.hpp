@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "core/records.hpp"  // for ChainAtom, fPointR3, Job
+#include "core/records.hpp" // for ChainAtom, fPointR3, Job
 
 bool PrepareAllInfixesFuleren(const std::vector<ChainAtom>& chain, std::vector<fPointR3>& points,
                               std::vector<Job>& batch, const std::vector<Job>& grid,

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "core/records.hpp"  // for RowFile, Job
+#include "core/records.hpp" // for RowFile, Job
 
 RowFile MakeRowFromJob(std::string verdict, Job job, int strength, int namesMode);
 std::string removeTrailingZeros(float value);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/records.hpp"  // for ChainAtom
+#include "core/records.hpp" // for ChainAtom
 
 int FindAllKnots(const std::vector<ChainAtom>& chain, std::fstream& out, int step, int threshold,
                  int closureMethod, int closures, int namesMode, int polyOption, bool polyFlag,

@@ -23,7 +23,8 @@ TEST(Records, RowOrderFirstAscendingThenLastDescending) {
   std::vector<RowFile> rows = {{5, 10, 0, "c"}, {1, 4, 0, "b"}, {5, 20, 0, "d"}, {1, 9, 0, "a"}};
   std::sort(rows.begin(), rows.end(), WayToSortRowsToFile);
   std::string order;
-  for (const RowFile& r : rows) order += r.text;
+  for (const RowFile& r : rows)
+    order += r.text;
   EXPECT_EQ(order, "abdc");
   EXPECT_FALSE(WayToSortRowsToFile(rows[0], rows[0]));
 }

@@ -71,4 +71,4 @@ std::string SourceFile(const std::string& relative) {
   return std::string(TRESK_SOURCE_DIR) + "/" + relative;
 }
 
-}  // namespace zoo
+} // namespace zoo

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/records.hpp"  // for ChainAtom
+#include "core/records.hpp" // for ChainAtom
 
 namespace zoo {
 
@@ -25,4 +25,4 @@ std::string DataFile(const std::string& relative);
 // Full path of a file under the repository.
 std::string SourceFile(const std::string& relative);
 
-}  // namespace zoo
+} // namespace zoo
