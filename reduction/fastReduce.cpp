@@ -15,12 +15,16 @@
 // corners before that point are still blocked, exactly as a restart of the plain scan would
 // find them.
 //
-// A corner that must be tested again is tested against four segments at a time with the same
+// A corner that must be tested again first skips every segment whose ends lie clearly on one
+// side of the corner's plane (a conservative rounding-error bound proves that the test would
+// answer 0 for it; see MissesBySide). The rest are tested four at a time with the same
 // IEEE operations as the scalar test, so every answer is the scalar one (the compiler may not
 // contract them into fused multiply-adds: -ffp-contract=off).
 #include "reduction/fastReduce.hpp"
 
 #include <algorithm>
+#include <cmath>
+#include <cstring>
 
 #include "reduction/reduceOne.hpp" // for SegmentTriangleTest
 
@@ -44,6 +48,14 @@ struct Cycle {
   int* head;
   int* linkNext;
   int* linkPrev;
+  bool sideTest; // every coordinate finite and within kSideRange: the side proof is sound
+  // The points still present in chain order (order[k] is the original position, coordinates
+  // in xs, ys, zs), then point 0 again and padding.
+  int size;
+  int* order;
+  float* xs;
+  float* ys;
+  float* zs;
 };
 
 template <class T> T* Fit(std::vector<T>& v, int n) {
@@ -155,6 +167,111 @@ bool Remember(Cycle& c, int m, int s) {
   return true;
 }
 
+// A cheap proof that a segment misses a corner's triangle, so that most segments skip the full
+// test. With n = e1 x e2 (the test's own float e1, e2, taken as exact), the test's determinants
+// are D = n.(P - Q) = hP - hQ and N = n.(P - A) = hP, where hX = n.(X - A), and s = N / D.
+// When P and Q lie on the same side of the plane, s is < 0 (|hP| < |hQ|) or > 1 (|hP| > |hQ|).
+// Error bounds (u = 2^-24, k_i = |e1_j e2_k| + |e1_k e2_j|, gX = k.|X - A|):
+//  - the test rounds P - Q and P - A once and each term of a determinant's fixed expansion at
+//    most five times, so |D_float - D| <= 6.01u k.|P - Q| <= 6.01u (gP + gQ) and
+//    |N_float - N| <= 6.01u gP;
+//  - hX and gX are evaluated here in float (n_i, k_i with two roundings, X - A with one, the
+//    dot products with three), so the computed hX is within 6.1u gX of the exact one and the
+//    computed gX is at least (1 - 7u) times the exact one;
+//  - coordinates within kSideRange keep every product below 5e37 (no overflow), and float
+//    underflow adds less than 1e-31 to any of these errors.
+// The check below uses eD = 64u (gP + gQ) + 1e-30 >= eN = 64u gP + 1e-30, far above the sum
+// of all of these and of its own roundings (a few u relative). With a = |hP|, b = |hQ| it asks
+// for the same strict sign, |a - b| > eD and min(a, b) >= eN + eD + 1e-4 (|a - b| + eD); then
+// for the exact quantities
+//  - D_float is not 0 (no degenerate answer) and has the sign of D;
+//  - a > b: N_float / D_float >= (a - eN) / (a - b + eD) > 1.00009, so s_float > 1.00001f;
+//  - a < b: N_float / D_float <= -(a - eN) / (b - a + eD) < -0.9e-4, so s_float < -1e-5f;
+// the division rounds by at most a factor 1 +- u (an overflow to infinity keeps the sign), so
+// the test leaves with 0 at its band check on s. NaN fails every comparison: no skip.
+constexpr float kSideRange = 1e12f;
+constexpr float kSideRel = 64.0f / 16777216.0f;
+constexpr float kSideAbs = 1e-30f;
+
+bool InSideRange(const fPointR3* points, int n) {
+  for (int i = 0; i < n; ++i) {
+    const fPointR3& p = points[i];
+    if (!(std::fabs(p.x) <= kSideRange && std::fabs(p.y) <= kSideRange &&
+          std::fabs(p.z) <= kSideRange))
+      return false;
+  }
+  return true;
+}
+
+// The plane data of one triangle, in every lane.
+struct Plane {
+  LanePoint a; // the corner's first point A
+  LanePoint n; // e1 x e2
+  LanePoint k; // |e1_j e2_k| + |e1_k e2_j|
+};
+
+Plane PlaneOf(const fPointR3* triangle) {
+  const fPointR3 e1 = ReduceSub(triangle[1], triangle[0]);
+  const fPointR3 e2 = ReduceSub(triangle[2], triangle[0]);
+  const float yz = e1.y * e2.z, zy = e1.z * e2.y;
+  const float zx = e1.z * e2.x, xz = e1.x * e2.z;
+  const float xy = e1.x * e2.y, yx = e1.y * e2.x;
+  return Plane{Broadcast(triangle[0]), Broadcast(fPointR3{yz - zy, zx - xz, xy - yx}),
+               Broadcast(fPointR3{std::fabs(yz) + std::fabs(zy), std::fabs(zx) + std::fabs(xz),
+                                  std::fabs(xy) + std::fabs(yx)})};
+}
+
+Lanes Abs(Lanes f) {
+  return reinterpret_cast<Lanes>(reinterpret_cast<LaneMask>(f) & 0x7fffffff);
+}
+
+Lanes Load(const float* f) {
+  Lanes out;
+  std::memcpy(&out, f, sizeof out);
+  return out;
+}
+
+// hX and gX of the four compact points from position k on.
+void SidesOf(const Cycle& c, const Plane& f, int k, Lanes& h, Lanes& g) {
+  const Lanes wx = Load(c.xs + k) - f.a.x, wy = Load(c.ys + k) - f.a.y, wz = Load(c.zs + k) - f.a.z;
+  h = f.n.x * wx + f.n.y * wy + f.n.z * wz;
+  g = f.k.x * Abs(wx) + f.k.y * Abs(wy) + f.k.z * Abs(wz);
+}
+
+// Lanes whose segment (P, Q) is proved to miss, given hP, gP and hQ, gQ.
+LaneMask MissesBySide(Lanes hp, Lanes gp, Lanes hq, Lanes gq) {
+  const Lanes zero = Splat(0.0f);
+  const LaneMask sameSide = ((hp > zero) & (hq > zero)) | ((hp < zero) & (hq < zero));
+  const Lanes a = Abs(hp), b = Abs(hq);
+  const Lanes eN = Splat(kSideRel) * gp + Splat(kSideAbs);
+  const Lanes eD = Splat(kSideRel) * (gp + gq) + Splat(kSideAbs);
+  const Lanes gap = Abs(a - b);
+  const Lanes least = a < b ? a : b;
+  return sameSide & (gap > eD) & (least >= eN + eD + Splat(1e-4f) * (gap + eD));
+}
+
+// Fills the compact arrays for the whole chain: point k at position k, then 2 kLanes copies of
+// point 0 (the closing segment's end, then padding for the four-lane reads past the end).
+void Compact(Cycle& c) {
+  for (int i = 0; i < c.n + 2 * kLanes; ++i) {
+    const int v = i < c.n ? i : 0;
+    c.order[i] = v;
+    c.xs[i] = c.points[v].x, c.ys[i] = c.points[v].y, c.zs[i] = c.points[v].z;
+  }
+  c.size = c.n;
+}
+
+// Takes point x out of the compact arrays; they hold positions in increasing order.
+void Uncompact(Cycle& c, int x) {
+  const int k = static_cast<int>(std::lower_bound(c.order, c.order + c.size, x) - c.order);
+  const size_t tail = static_cast<size_t>(c.size + 2 * kLanes - 1 - k);
+  std::memmove(c.order + k, c.order + k + 1, tail * sizeof(int));
+  std::memmove(c.xs + k, c.xs + k + 1, tail * sizeof(float));
+  std::memmove(c.ys + k, c.ys + k + 1, tail * sizeof(float));
+  std::memmove(c.zs + k, c.zs + k + 1, tail * sizeof(float));
+  --c.size;
+}
+
 // Tests corner m afresh; remembers a blocker and returns true, or returns false when the corner
 // is free. The segment that replaced the last blocker is tried first: it lies where the old one
 // did and is the likeliest to block again.
@@ -167,31 +284,59 @@ bool FindBlocker(Cycle& c, int m) {
     if (Tested(c, m, hint) && Blocks(c, triangle, hint))
       return Remember(c, m, hint);
   }
-  // The rest four segments at a time, in chain order.
+  // The rest four segments at a time, in chain order, except those proved to miss (they
+  // would not block, so the first blocker found is the same). Compact segment j runs from
+  // compact point j to j + 1; the side data of four points at a time is shifted by one lane
+  // to give the segments' second points.
   int starts[kLanes];
   LanePoint p, q;
   int filled = 0;
-  int s = 0;
-  do {
-    if (s != hint && Tested(c, m, s)) {
+  auto flush = [&]() {
+    for (int k = filled; k < kLanes; ++k) { // unused lanes repeat the first segment
+      p.x[k] = p.x[0], p.y[k] = p.y[0], p.z[k] = p.z[0];
+      q.x[k] = q.x[0], q.y[k] = q.y[0], q.z[k] = q.z[0];
+    }
+    const int bits = BlockingLanes(triangle, p, q);
+    filled = 0;
+    return bits != 0 ? starts[__builtin_ctz(static_cast<unsigned>(bits))] : -1;
+  };
+  const Plane plane = PlaneOf(triangle);
+  const LaneMask shift = {1, 2, 3, 4};
+  Lanes h0, g0, h1, g1;
+  SidesOf(c, plane, 0, h0, g0);
+  for (int base = 0; base < c.size; base += kLanes) {
+    SidesOf(c, plane, base + kLanes, h1, g1);
+    const LaneMask missed =
+        MissesBySide(h0, g0, __builtin_shuffle(h0, h1, shift), __builtin_shuffle(g0, g1, shift));
+    unsigned open = 0;
+    for (int k = 0; k < kLanes; ++k)
+      open |= missed[k] ? 0u : 1u << k;
+    if (!c.sideTest)
+      open = 0xf;
+    if (c.size - base < kLanes)
+      open &= (1u << (c.size - base)) - 1;
+    for (; open != 0; open &= open - 1) {
+      const int s = c.order[base + __builtin_ctz(open)];
+      if (s == hint || !Tested(c, m, s))
+        continue;
       const fPointR3& a = c.points[s];
       const fPointR3& b = c.points[c.next[s]];
       p.x[filled] = a.x, p.y[filled] = a.y, p.z[filled] = a.z;
       q.x[filled] = b.x, q.y[filled] = b.y, q.z[filled] = b.z;
       starts[filled++] = s;
-    }
-    s = c.next[s];
-    if (filled == kLanes || (s == 0 && filled > 0)) {
-      for (int k = filled; k < kLanes; ++k) { // unused lanes repeat the first segment
-        p.x[k] = p.x[0], p.y[k] = p.y[0], p.z[k] = p.z[0];
-        q.x[k] = q.x[0], q.y[k] = q.y[0], q.z[k] = q.z[0];
+      if (filled == kLanes) {
+        const int blocker = flush();
+        if (blocker >= 0)
+          return Remember(c, m, blocker);
       }
-      const int bits = BlockingLanes(triangle, p, q);
-      if (bits != 0)
-        return Remember(c, m, starts[__builtin_ctz(static_cast<unsigned>(bits))]);
-      filled = 0;
     }
-  } while (s != 0);
+    h0 = h1, g0 = g1;
+  }
+  if (filled > 0) {
+    const int blocker = flush();
+    if (blocker >= 0)
+      return Remember(c, m, blocker);
+  }
   return false;
 }
 
@@ -217,6 +362,7 @@ int Remove(Cycle& c, int x) {
   c.next[a] = b;
   c.prev[b] = a;
   c.alive[x] = 0;
+  Uncompact(c, x);
   return cursor;
 }
 
@@ -246,7 +392,13 @@ int ChainReduceFast(fPointR3* points, int n, ReduceScratch& scratch) {
           Fit(scratch.lastStart, n),
           Fit(scratch.blockedHead, n),
           Fit(scratch.blockedNext, n),
-          Fit(scratch.blockedPrev, n)};
+          Fit(scratch.blockedPrev, n),
+          InSideRange(points, n),
+          n,
+          Fit(scratch.order, n + 2 * kLanes),
+          Fit(scratch.xs, n + 2 * kLanes),
+          Fit(scratch.ys, n + 2 * kLanes),
+          Fit(scratch.zs, n + 2 * kLanes)};
   for (int i = 0; i < n; ++i) {
     c.prev[i] = i == 0 ? n - 1 : i - 1;
     c.next[i] = i == n - 1 ? 0 : i + 1;
@@ -255,6 +407,7 @@ int ChainReduceFast(fPointR3* points, int n, ReduceScratch& scratch) {
     c.lastStart[i] = -1;
     c.head[i] = -1;
   }
+  Compact(c);
   int count = n;
   int cursor = c.next[0];
   while (count >= 4) {

@@ -20,6 +20,9 @@ struct ReduceScratch {
   std::vector<int> witStart, witEnd, cornerPrev, cornerNext, lastStart;
   // Per segment start, the corners that it blocks, as a doubly linked list.
   std::vector<int> blockedHead, blockedNext, blockedPrev;
+  // The points still present in chain order, as original positions and as coordinates.
+  std::vector<int> order;
+  std::vector<float> xs, ys, zs;
 };
 
 // Reduces points[0..n-1] in place and returns the new size; only points[0..result-1] are
