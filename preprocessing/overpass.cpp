@@ -1,22 +1,15 @@
 // Over/under-pass shortcuts in one projection (see overpass.hpp for why they keep the knot).
 #include "preprocessing/overpass.hpp"
+#include "preprocessing/plane2d.hpp" // for P2, Orient, kRelativeHair
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-// Closer than this fraction of the coordinate scale counts as touching.
-constexpr double kRelativeHair = 1e-9;
-
-struct P2 {
-  double x;
-  double y;
-};
-
-double Orient(P2 a, P2 b, P2 c) {
-  return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
-}
+using plane2d::kRelativeHair;
+using plane2d::Orient;
+using plane2d::P2;
 
 double PointSegmentDistance(P2 p, P2 a, P2 b) {
   double dx = b.x - a.x, dy = b.y - a.y;

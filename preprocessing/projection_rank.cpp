@@ -1,5 +1,6 @@
 // Crossing counts of a closed chain's diagrams and the ranking of projection planes by them.
 #include "preprocessing/projection_rank.hpp"
+#include "preprocessing/plane2d.hpp" // for P2, Orient, kRelativeHair
 
 #include <algorithm>
 #include <climits>
@@ -8,17 +9,9 @@
 
 namespace {
 
-// Closer than this fraction of the coordinate scale counts as touching in the plane.
-constexpr double kRelativeHair = 1e-9;
-
-struct P2 {
-  double x;
-  double y;
-};
-
-double Orient(P2 a, P2 b, P2 c) {
-  return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
-}
+using plane2d::kRelativeHair;
+using plane2d::Orient;
+using plane2d::P2;
 
 // Is c within `hair` of the segment a-b, given |Orient(a, b, c)| is already that small?
 bool OnSegment(P2 a, P2 b, P2 c, double len, double hair) {
