@@ -51,7 +51,10 @@ struct Args {
 };
 
 std::string ToFile(const std::vector<ChainAtom>& chain, const Args& a) {
-  const std::string path = testing::TempDir() + "tresk_scan_test.txt";
+  // One file per test: ctest runs the tests of this binary as parallel processes.
+  const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+  const std::string path =
+      testing::TempDir() + "tresk_scan_" + test->test_suite_name() + "_" + test->name() + ".txt";
   {
     std::fstream out(path, std::ios::out | std::ios::trunc);
     EXPECT_EQ(FindAllKnots(chain, out, a.step, a.threshold, a.method, a.closures, a.namesMode, 15,
