@@ -5,7 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
+
+#include "core/log.hpp" // for tresk::Log
 
 namespace {
 
@@ -22,7 +23,7 @@ bool YDisjoint(double ay1, double ay2, double by1, double by2) {
 
 // Parameters (t on a, s on b) of the crossing of the plane images of a and b. Parameter 1 is
 // an edge's first point, 0 its second. result: 1 crossing, 0 none, -1 degenerate (message
-// written to std::clog). The pair is (0, 0) unless result is 1.
+// written to the log stream). The pair is (0, 0) unless result is 1.
 std::pair<double, double> Intersect(const Edge& a, const Edge& b, int& result) {
   result = 0;
   const double ax1 = a.x1, ay1 = a.y1, ax2 = a.x2, ay2 = a.y2;
@@ -33,13 +34,13 @@ std::pair<double, double> Intersect(const Edge& a, const Edge& b, int& result) {
     if (bx1 == bx2) {
       if (ax1 != bx1 || YDisjoint(ay1, ay2, by1, by2))
         return {0.0, 0.0};
-      std::clog << "PROBLEM with one projection. Two segments are parallel and partially "
-                   "colaps, or one segment is degenerated.\n";
+      tresk::Log() << "PROBLEM with one projection. Two segments are parallel and partially "
+                      "colaps, or one segment is degenerated.\n";
       result = -1;
       return {0.0, 0.0};
     }
     if (ay1 == ay2) {
-      std::clog << "PROBLEM with one projection. One segment is degenerated.\n";
+      tresk::Log() << "PROBLEM with one projection. One segment is degenerated.\n";
       result = -1;
       return {0.0, 0.0};
     }
@@ -55,8 +56,8 @@ std::pair<double, double> Intersect(const Edge& a, const Edge& b, int& result) {
       const double ib = (bx2 * by1 - bx1 * by2) / (bx2 - bx1);
       if (ia != ib || YDisjoint(ay1, ay2, by1, by2))
         return {0.0, 0.0};
-      std::clog << "PROBLEM with one projection. Two segments are parallel and partially "
-                   "colaps.\n";
+      tresk::Log() << "PROBLEM with one projection. Two segments are parallel and partially "
+                      "colaps.\n";
       result = -1;
       return {0.0, 0.0};
     }
@@ -66,8 +67,8 @@ std::pair<double, double> Intersect(const Edge& a, const Edge& b, int& result) {
   if (t < 0 || t > 1 || s < 0 || s > 1)
     return {0.0, 0.0};
   if (t == 0 || t == 1 || s == 0 || s == 1) {
-    std::clog << "PROBLEM with one projection. Two segments cross exactly at the end of one of "
-                 "them.\n";
+    tresk::Log() << "PROBLEM with one projection. Two segments cross exactly at the end of one of "
+                    "them.\n";
     result = -1;
     return {0.0, 0.0};
   }

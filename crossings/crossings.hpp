@@ -8,7 +8,7 @@
 #include "core/records.hpp" // for Edge, Crossing, CrossingShort
 
 // Parameters (on a, on b) of the crossing of two projected segments; result 1 crossing,
-// 0 none, -1 degenerate (a message on std::clog). The pair is (0, 0) unless result is 1.
+// 0 none, -1 degenerate (a message on the log stream). The pair is (0, 0) unless result is 1.
 std::pair<double, double> TwoEdgesCrossed(Edge a, Edge b, int& result);
 // True when a is strictly higher than b at the crossing.
 bool FirstEdgeOver(Edge a, Edge b, double ta, double tb);

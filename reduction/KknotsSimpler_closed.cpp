@@ -2,7 +2,8 @@
 // reduceOne.hpp), the host batch reduction and the routing of ChainReduceANY.
 #include "reduction/KknotsSimpler_closed.hpp"
 
-#include "reduction/deviceBatch.hpp" // for ChainReduceGPU, ChainReduceDeviceCount
+#include "reduction/batch.hpp"       // for tresk::ReduceBatch
+#include "reduction/deviceBatch.hpp" // for ChainReduceDeviceCount
 #include "reduction/hostBatch.hpp"   // for ChainReduceJobsHost
 #include "reduction/reduceOne.hpp"   // for SegmentTriangleTest, ReduceClosedChain
 
@@ -33,13 +34,9 @@ bool ChainReduceHasDevice() {
 }
 
 // Without a device the host reduces the batch with the same results and the call returns 0,
-// the value of a successful GPU run.
+// the value of a successful GPU run. `flag` only reaches the kernel, whose result does not
+// depend on it.
 int ChainReduceANY(std::vector<fPointR3>& buffer, std::vector<Job>& jobs, bool flag) {
-#ifdef TRESK_HAVE_CUDA
-  if (ChainReduceHasDevice())
-    return ChainReduceGPU(buffer, jobs, flag);
-#endif
-  (void)flag; // only the kernel receives it, and the reduction does not depend on it
-  ChainReduceCPU(buffer, jobs);
-  return 0;
+  (void)flag;
+  return tresk::ReduceBatch(buffer, jobs);
 }

@@ -10,10 +10,9 @@
 #include <map>
 #include <sstream>
 
-#include "chain/direction.hpp"                // for FindTheKnotInParticularDirection*
-#include "knots/whichKnot.hpp"                // for the verdict texts and strengths
-#include "reduction/KknotsSimpler_closed.hpp" // for ChainReduceANY
-#include "reduction/hostBatch.hpp"            // for ChainReduceJobsHost, ChainReduceHasDevice
+#include "chain/direction.hpp" // for FindTheKnotInParticularDirection*
+#include "knots/whichKnot.hpp" // for the verdict texts and strengths
+#include "reduction/batch.hpp" // for tresk::ReduceBatch
 #include "scan/grid.hpp"
 #include "scan/prepare.hpp"
 #include "scan/rows.hpp"
@@ -56,21 +55,16 @@ bool Unknotted(const std::string& verdict) {
   return verdict == UNKNOT || verdict == "{'1': 1.0}" || verdict == "{'1': 1}";
 }
 
-// One batch's closed copies reduced in place: one launch on a GPU, else on the host in
-// chunks of jobs (the same per-job algorithm, so the results do not depend on the threads).
+// One batch's closed copies reduced in place, wherever tresk::ReduceBatch decides; on the
+// host the chunks are handed to the workers.
 void ReduceBatch(std::vector<fPointR3>& points, std::vector<Job>& batch, int workers,
                  const std::function<void(std::size_t)>& progress) {
-  if (ChainReduceHasDevice()) {
-    ChainReduceANY(points, batch, true);
-    progress(batch.size());
-    return;
-  }
-  constexpr std::size_t kChunk = 8;
-  const std::size_t chunks = (batch.size() + kChunk - 1) / kChunk;
-  RunJobs(
-      chunks, workers,
-      [&](std::size_t c) { ChainReduceJobsHost(points, batch, c * kChunk, (c + 1) * kChunk); },
-      [&](std::size_t done) { progress(std::min(batch.size(), done * kChunk)); });
+  tresk::ReduceBatch(
+      points, batch, [&](std::size_t count, const std::function<void(std::size_t)>& body) {
+        RunJobs(count, workers, body,
+                [&](std::size_t done) { progress(std::min(batch.size(), done * 8)); });
+      });
+  progress(batch.size());
 }
 
 // One phase of the scan over `grid`; knotted subchains are appended to `rows`.
