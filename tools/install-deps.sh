@@ -3,7 +3,7 @@
 # installed and does nothing. Needs root (or sudo) only when something is missing.
 set -euo pipefail
 
-PACKAGES=(cmake g++ make pkg-config libboost-dev gemmi-dev zlib1g-dev libgtest-dev libgmock-dev
+PACKAGES=(cmake g++ make pkg-config libboost-dev gemmi-dev zlib1g-dev libgtest-dev
           libbenchmark-dev libcli11-dev libcairo2-dev tao-pegtl-dev)
 
 missing=()

@@ -3,18 +3,16 @@
 // the knotted subchains are the ones that hold the core, and subchains that miss the core
 // are not knotted.
 #include <cstdlib>
-#include <fstream>
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "core/log.hpp"
 #include "scan/scan.hpp"
-#include "tests/scan/knotted_core.hpp"
-#include "tests/scan/stream_capture.hpp"
 #include "tests/support/curves.hpp"
+#include "tests/support/datafiles.hpp"
 
 namespace {
 
@@ -50,21 +48,6 @@ std::vector<Row> Rows(const std::string& text) {
   return rows;
 }
 
-// A closed polygon from a Fremlin ".short" file: '%' comment lines, then "x y z" per line.
-std::vector<ChainAtom> ReadShort(const std::string& path) {
-  std::vector<ChainAtom> out;
-  std::ifstream in(path);
-  for (std::string line; std::getline(in, line);) {
-    if (line.empty() || line[0] == '%')
-      continue;
-    std::istringstream s(line);
-    double x, y, z;
-    if (s >> x >> y >> z)
-      out.push_back({x, y, z, static_cast<int>(out.size()) + 1});
-  }
-  return out;
-}
-
 struct Case {
   std::string name;
   std::string knot;
@@ -85,7 +68,8 @@ void CheckCore(const Case& c, int method) {
   std::srand(2024);
   std::string text;
   {
-    StreamCapture log(std::clog);
+    std::string log; // the scan's batch messages are not looked at
+    tresk::LogCapture quiet(log);
     text = FindAllKnots_string(chain, c.step, 50, method, method == 1 ? 2 : 8, 1, 15, false,
                                768000000ULL);
   }
@@ -134,10 +118,13 @@ TEST(ScanKnottedCore, TrefoilAndFigureEight) {
 }
 
 TEST(ScanKnottedCore, FiveTwoFromFremlin) {
-  const std::string path = zoo::DataFile("closed/fremlin/knot.5_2r.short");
-  if (path.empty())
-    GTEST_SKIP() << "ground-truth data not present";
-  const Case c{"5_2, random-coil tails", "5_2", ReadShort(path), 30, true, 12};
+  TRESK_REQUIRE_DATA();
+  const Case c{"5_2, random-coil tails",
+               "5_2",
+               zoo::ReadChain("closed/fremlin/knot.5_2r.short"),
+               30,
+               true,
+               12};
   ASSERT_GT(c.closedKnot.size(), 50u);
   for (int method : {1, 2, 3})
     CheckCore(c, method);

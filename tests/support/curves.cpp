@@ -1,74 +1,155 @@
-// Parametric knots and data-file access for the tests.
+// Parametric knots, connected sums, knotted cores with tails and random rotations.
 #include "tests/support/curves.hpp"
 
 #include <cmath>
-#include <fstream>
 #include <random>
 
 namespace zoo {
 namespace {
+
 constexpr double kPi = 3.14159265358979323846;
-}
 
-std::vector<ChainAtom> Circle(int n, double radius) {
-  std::vector<ChainAtom> out;
+template <class F> Chain Sampled(int n, F point) {
+  Chain out;
   for (int i = 0; i < n; ++i) {
-    double a = 2 * kPi * i / n;
-    out.push_back({radius * std::cos(a), radius * std::sin(a), 0.0, i + 1});
+    ChainAtom a = point(2 * kPi * i / n);
+    a.id = i + 1;
+    out.push_back(a);
   }
   return out;
 }
 
-std::vector<ChainAtom> TorusKnot(int p, int q, int n, double R, double r) {
-  std::vector<ChainAtom> out;
-  for (int i = 0; i < n; ++i) {
-    double a = 2 * kPi * i / n;
-    double rho = R + r * std::cos(q * a);
-    out.push_back({rho * std::cos(p * a), rho * std::sin(p * a), r * std::sin(q * a), i + 1});
-  }
-  return out;
+void Normalise(double* v) {
+  const double n = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+  for (int k = 0; k < 3; ++k)
+    v[k] /= n;
 }
 
-std::vector<ChainAtom> FigureEight(int n, double scale) {
-  std::vector<ChainAtom> out;
-  for (int i = 0; i < n; ++i) {
-    double a = 2 * kPi * i / n;
-    out.push_back({scale * (2 + std::cos(2 * a)) * std::cos(3 * a),
-                   scale * (2 + std::cos(2 * a)) * std::sin(3 * a), scale * std::sin(4 * a),
-                   i + 1});
-  }
-  return out;
+std::size_t Outermost(const Chain& c, double sign) {
+  std::size_t at = 0;
+  for (std::size_t i = 1; i < c.size(); ++i)
+    if (sign * c[i].x > sign * c[at].x)
+      at = i;
+  return at;
 }
 
-std::vector<ChainAtom> RandomlyRotated(const std::vector<ChainAtom>& chain, unsigned seed) {
+void Renumber(Chain& chain) {
+  for (std::size_t i = 0; i < chain.size(); ++i)
+    chain[i].id = static_cast<int>(i) + 1;
+}
+
+} // namespace
+
+Chain Circle(int n, double radius) {
+  return Sampled(n, [&](double a) {
+    return ChainAtom{radius * std::cos(a), radius * std::sin(a), 0.0, 0};
+  });
+}
+
+Chain TorusKnot(int p, int q, int n, double R, double r) {
+  return Sampled(n, [&](double a) {
+    const double rho = R + r * std::cos(q * a);
+    return ChainAtom{rho * std::cos(p * a), rho * std::sin(p * a), r * std::sin(q * a), 0};
+  });
+}
+
+Chain FigureEight(int n, double scale) {
+  return Sampled(n, [&](double a) {
+    const double rho = scale * (2 + std::cos(2 * a));
+    return ChainAtom{rho * std::cos(3 * a), rho * std::sin(3 * a), scale * std::sin(4 * a), 0};
+  });
+}
+
+Chain ConnectedSum(const Chain& a, Chain b) {
+  for (ChainAtom& p : b)
+    p.x = -p.x; // b's outermost point now faces a
+  const std::size_t ia = Outermost(a, 1), ib = Outermost(b, -1);
+  const double shift = a[ia].x - b[ib].x + 6.0;
+  Chain sum;
+  for (std::size_t k = 1; k <= a.size(); ++k)
+    sum.push_back(a[(ia + k) % a.size()]);
+  for (std::size_t k = 0; k < b.size(); ++k) {
+    ChainAtom p = b[(ib + k) % b.size()];
+    p.x += shift;
+    p.y += 0.05; // bridges not exactly parallel to the arcs' tangents
+    sum.push_back(p);
+  }
+  Renumber(sum);
+  return sum;
+}
+
+Chain KnottedCore(const Chain& knot, int tail, bool coil, unsigned seed) {
+  const std::size_t m = knot.size();
+  double c[3] = {0, 0, 0};
+  for (const ChainAtom& a : knot)
+    c[0] += a.x / m, c[1] += a.y / m, c[2] += a.z / m;
+  std::size_t cut = 0;
+  double far = -1, edge = 0;
+  for (std::size_t i = 0; i < m; ++i) {
+    const ChainAtom& a = knot[i];
+    const ChainAtom& b = knot[(i + 1) % m];
+    edge += std::sqrt((a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y) +
+                      (a.z - b.z) * (a.z - b.z)) /
+            m;
+    const double d =
+        (a.x - c[0]) * (a.x - c[0]) + (a.y - c[1]) * (a.y - c[1]) + (a.z - c[2]) * (a.z - c[2]);
+    if (d > far)
+      far = d, cut = i;
+  }
+  // The open knot runs from the vertex after the cut round to the cut vertex.
+  Chain core;
+  for (std::size_t k = 1; k <= m; ++k)
+    core.push_back(knot[(cut + k) % m]);
+
+  std::mt19937 gen(seed);
+  std::normal_distribution<double> g(0.0, 1.0);
+  // A tail leaving `end`, away from the centre and from the other end.
+  auto grow = [&](const ChainAtom& end, const ChainAtom& other) {
+    double out[3] = {end.x - c[0], end.y - c[1], end.z - c[2]};
+    double side[3] = {end.x - other.x, end.y - other.y, end.z - other.z};
+    Normalise(out);
+    Normalise(side);
+    Chain t;
+    double p[3] = {end.x, end.y, end.z};
+    for (int k = 0; k < tail; ++k) {
+      double d[3];
+      for (int a = 0; a < 3; ++a)
+        d[a] = out[a] + 0.4 * side[a] + (coil ? 0.8 * g(gen) : 0.0);
+      Normalise(d);
+      for (int a = 0; a < 3; ++a)
+        p[a] += edge * d[a];
+      t.push_back({p[0], p[1], p[2], 0});
+    }
+    return t;
+  };
+  const Chain head = grow(core.front(), core.back());
+  const Chain back = grow(core.back(), core.front());
+  Chain chain(head.rbegin(), head.rend());
+  chain.insert(chain.end(), core.begin(), core.end());
+  chain.insert(chain.end(), back.begin(), back.end());
+  Renumber(chain);
+  return chain;
+}
+
+Chain RandomlyRotated(const Chain& chain, unsigned seed) {
   std::mt19937 gen(seed);
   std::normal_distribution<double> g(0.0, 1.0);
   // A uniformly random unit quaternion gives a uniformly random rotation.
   double w = g(gen), x = g(gen), y = g(gen), z = g(gen);
-  double norm = std::sqrt(w * w + x * x + y * y + z * z);
+  const double norm = std::sqrt(w * w + x * x + y * y + z * z);
   w /= norm, x /= norm, y /= norm, z /= norm;
-  double m[3][3] = {{1 - 2 * (y * y + z * z), 2 * (x * y - w * z), 2 * (x * z + w * y)},
-                    {2 * (x * y + w * z), 1 - 2 * (x * x + z * z), 2 * (y * z - w * x)},
-                    {2 * (x * z - w * y), 2 * (y * z + w * x), 1 - 2 * (x * x + y * y)}};
+  const double m[3][3] = {{1 - 2 * (y * y + z * z), 2 * (x * y - w * z), 2 * (x * z + w * y)},
+                          {2 * (x * y + w * z), 1 - 2 * (x * x + z * z), 2 * (y * z - w * x)},
+                          {2 * (x * z - w * y), 2 * (y * z + w * x), 1 - 2 * (x * x + y * y)}};
   std::uniform_real_distribution<double> shift(-50.0, 50.0);
-  double s[3] = {shift(gen), shift(gen), shift(gen)};
-  std::vector<ChainAtom> out;
+  const double s[3] = {shift(gen), shift(gen), shift(gen)};
+  Chain out;
   for (const ChainAtom& a : chain) {
     out.push_back({m[0][0] * a.x + m[0][1] * a.y + m[0][2] * a.z + s[0],
                    m[1][0] * a.x + m[1][1] * a.y + m[1][2] * a.z + s[1],
                    m[2][0] * a.x + m[2][1] * a.y + m[2][2] * a.z + s[2], a.id});
   }
   return out;
-}
-
-std::string DataFile(const std::string& relative) {
-  std::string path = std::string(TRESK_DATA_DIR) + "/" + relative;
-  std::ifstream probe(path);
-  return probe.good() ? path : std::string();
-}
-
-std::string SourceFile(const std::string& relative) {
-  return std::string(TRESK_SOURCE_DIR) + "/" + relative;
 }
 
 } // namespace zoo

@@ -1,9 +1,15 @@
-// Readers for curvedata JSON curves and multi-ring files.
+// Corpus access for the ground-truth tests: paths, listings, readers and knot-type names.
 #include "tests/support/datafiles.hpp"
 
+#include <algorithm>
+#include <cctype>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
+
+#include "preprocessing/chainprep.hpp" // for ChainRead
 
 namespace zoo {
 namespace {
@@ -16,45 +22,75 @@ void DropRepeatedFirst(std::vector<ChainAtom>& ring) {
   }
 }
 
-// The number after `"key":` starting the search at `from`; npos when absent.
-size_t FindNumber(const std::string& text, const char* key, size_t from, double& value) {
-  std::string quoted = std::string("\"") + key + "\"";
-  size_t at = text.find(quoted, from);
-  if (at == std::string::npos)
-    return at;
-  size_t colon = text.find(':', at + quoted.size());
-  if (colon == std::string::npos)
-    return colon;
-  const char* begin = text.c_str() + colon + 1;
-  char* end = nullptr;
-  value = std::strtod(begin, &end);
-  if (end == begin)
-    return std::string::npos;
-  return static_cast<size_t>(end - text.c_str());
+} // namespace
+
+std::string DataDir() {
+  return TRESK_DATA_DIR;
 }
 
-} // namespace
+std::string DataFile(const std::string& relative) {
+  const std::string path = DataDir() + "/" + relative;
+  return std::filesystem::exists(path) ? path : std::string();
+}
+
+std::string SourceFile(const std::string& relative) {
+  return std::string(TRESK_SOURCE_DIR) + "/" + relative;
+}
+
+bool InCI() {
+  const char* ci = std::getenv("CI");
+  return ci != nullptr && *ci != '\0';
+}
+
+std::vector<std::string> FilesIn(const std::string& folder, const std::string& suffix) {
+  std::vector<std::string> names;
+  const std::string path = DataFile(folder);
+  if (path.empty())
+    return names;
+  for (const auto& entry : std::filesystem::directory_iterator(path)) {
+    const std::string name = entry.path().filename().string();
+    if (name.size() > suffix.size() &&
+        name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0)
+      names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<ChainAtom> ReadChain(const std::string& relative) {
+  std::string path = DataFile(relative);
+  if (path.empty())
+    return {};
+  bool error = true;
+  std::vector<ChainAtom> chain = ChainRead(path.data(), error);
+  if (error)
+    chain.clear();
+  return chain;
+}
 
 std::vector<ChainAtom> ReadCurveJson(const std::string& path) {
   std::ifstream in(path);
   std::stringstream buffer;
   buffer << in.rdbuf();
-  std::string text = buffer.str();
+  const std::string text = buffer.str();
   std::vector<ChainAtom> out;
-  size_t pos = 0;
-  while (true) {
-    double x, y, z;
-    size_t px = FindNumber(text, "x", pos, x);
-    if (px == std::string::npos)
-      break;
-    size_t py = FindNumber(text, "y", px, y);
-    if (py == std::string::npos)
-      break;
-    size_t pz = FindNumber(text, "z", py, z);
-    if (pz == std::string::npos)
-      break;
-    out.push_back({x, y, z, static_cast<int>(out.size()) + 1});
-    pos = pz;
+  // The numbers after "x":, "y": and "z": in turn, until one is missing.
+  std::size_t pos = 0;
+  for (bool complete = true; complete;) {
+    double v[3];
+    for (int k = 0; k < 3 && complete; ++k) {
+      const std::size_t at = text.find(std::string("\"") + "xyz"[k] + "\"", pos);
+      const std::size_t colon = at == std::string::npos ? at : text.find(':', at);
+      const char* begin = colon == std::string::npos ? nullptr : text.c_str() + colon + 1;
+      char* end = nullptr;
+      if (begin != nullptr)
+        v[k] = std::strtod(begin, &end);
+      complete = begin != nullptr && end != begin;
+      if (complete)
+        pos = static_cast<std::size_t>(end - text.c_str());
+    }
+    if (complete)
+      out.push_back({v[0], v[1], v[2], static_cast<int>(out.size()) + 1});
   }
   DropRepeatedFirst(out);
   return out;
@@ -76,6 +112,36 @@ std::vector<std::vector<ChainAtom>> ReadRings(const std::string& path) {
     rings.push_back(std::move(ring));
   }
   return rings;
+}
+
+std::string TypeFromName(std::string name) {
+  if (name.rfind("knot.", 0) == 0)
+    name = name.substr(5);
+  std::size_t end = name.find('_');
+  if (end == std::string::npos)
+    return name;
+  ++end;
+  while (end < name.size() && std::isdigit(static_cast<unsigned char>(name[end])))
+    ++end;
+  return name.substr(0, end);
+}
+
+std::string TableName(const std::string& type) {
+  static const std::map<std::string, std::string> shared = {
+      {"0_1", "01"},
+      {"8_20", "8_20|3_1#3_1"},
+      {"8_21", "8_21|3_1#4_1"},
+      {"3_1#3_1", "8_20|3_1#3_1"},
+      {"3_1#4_1", "8_21|3_1#4_1"},
+      {"10_1", "8_3"}, // 4 - 9t + 4t^2, the polynomial of 8_3
+      {"10_66", "-3"}, // not in the table
+  };
+  auto it = shared.find(type);
+  return it == shared.end() ? type : it->second;
+}
+
+int CrossingNumber(const std::string& type) {
+  return std::atoi(type.c_str());
 }
 
 } // namespace zoo
