@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/curves.hpp"
+#include "tests/support/datafiles.hpp"
 
 namespace {
 

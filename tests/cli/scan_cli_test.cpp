@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/curves.hpp"
+#include "tests/support/datafiles.hpp"
 
 #ifdef TRESK_HAVE_PLOT
 #include "cli/plot.hpp"

@@ -7,6 +7,7 @@
 
 #include "preprocessing/chainprep.hpp"
 #include "tests/support/curves.hpp"
+#include "tests/support/datafiles.hpp"
 
 namespace {
 
