@@ -59,8 +59,11 @@ int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureMet
     for (int d = 0; d < kDirectionsPerClosure && ordinal == kProblemWithProjecting; ++d) {
       ordinal = FindTheKnotInParticularDirection(working, d);
     }
-    // Every direction failed numerically: close again; such a closure casts no vote.
-    if (ordinal == kProblemWithProjecting)
+    // Every direction failed numerically. A random closure is drawn again and casts no vote; a
+    // deterministic one (methods 0 and 1, and the unclosed chain of unknown methods) would give
+    // the same closed chain for ever, so it is counted as "Problem with projecting" instead.
+    const bool random = closureMethod >= 2 && closureMethod <= 4;
+    if (ordinal == kProblemWithProjecting && random)
       continue;
     ++counts[ordinal];
     ++pass;
