@@ -9,6 +9,7 @@
 #include <climits>
 #include <cmath>
 #include <cstdlib>
+#include <initializer_list>
 #include <sstream>
 
 #include <gemmi/cif.hpp>      // for cif::read_memory
@@ -34,28 +35,30 @@ bool Slurp(const char* fileName, std::string& out) {
   return ok;
 }
 
-std::string Lower(std::string s) {
-  for (char& c : s)
-    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return s;
-}
-
-bool EndsWith(const std::string& s, const std::string& tail) {
-  return s.size() >= tail.size() && s.compare(s.size() - tail.size(), tail.size(), tail) == 0;
+// The lower-case extension of a file name after a ".gz" one is set aside; "" when none.
+std::string Extension(const std::string& fileName) {
+  std::string name;
+  for (char c : fileName)
+    name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  size_t dot = name.rfind('.');
+  if (dot != std::string::npos && name.compare(dot, std::string::npos, ".gz") == 0) {
+    name.resize(dot);
+    dot = name.rfind('.');
+  }
+  return dot == std::string::npos ? std::string() : name.substr(dot + 1);
 }
 
 // The extension decides when it is a known one; otherwise the first non-blank line does.
 Format DetectFormat(const std::string& fileName, const std::string& content) {
-  std::string name = Lower(fileName);
-  if (EndsWith(name, ".gz"))
-    name.resize(name.size() - 3);
-  if (EndsWith(name, ".pdb") || EndsWith(name, ".ent"))
+  const std::string ext = Extension(fileName);
+  if (ext == "pdb" || ext == "ent")
     return Format::Pdb;
-  if (EndsWith(name, ".cif") || EndsWith(name, ".mmcif"))
+  if (ext == "cif" || ext == "mmcif")
     return Format::Cif;
-  if (EndsWith(name, ".xyz") || EndsWith(name, ".knt") || EndsWith(name, ".short") ||
-      EndsWith(name, ".txt") || EndsWith(name, ".dat"))
-    return Format::Text;
+  for (const char* text : {"xyz", "knt", "short", "txt", "dat"}) {
+    if (ext == text)
+      return Format::Text;
+  }
   size_t start = content.find_first_not_of(" \t\r\n");
   if (start == std::string::npos)
     return Format::Text;

@@ -1,5 +1,5 @@
-// Polynomial utilities: the normal form, zero and equality tests, wrapping evaluation and the
-// exact console texts of a polynomial and a matrix.
+// Polynomial utilities on the documented edge cases: the normal form, equality, wrapping
+// evaluation and the console text of a polynomial.
 #include <climits>
 #include <sstream>
 
@@ -18,87 +18,46 @@ Poly Raw(std::vector<int> c) {
   return p;
 }
 
-template <typename F> std::string Stdout(F f) {
-  std::ostringstream text;
-  std::streambuf* old = std::cout.rdbuf(text.rdbuf());
-  f();
-  std::cout.rdbuf(old);
-  return text.str();
-}
-
 } // namespace
 
-TEST(PolyUtils, NormalForm) {
-  struct Case {
-    std::vector<int> in, out;
-  };
-  const Case cases[] = {
+TEST(PolyUtils, NormalFormEqualityAndEvaluation) {
+  const std::vector<int> cases[][2] = {
       {{}, {}},
       {{0, 0}, {1}},                   // stored zeros stand for the unknot
       {{0, 0, -1, 1, -1}, {1, -1, 1}}, // -t^2 + t^3 - t^4
       {{-3}, {3}},
-      {{0, 2, -3, 2, 0, 0}, {2, -3, 2}},
       {{-1, 0, 3}, {1, 0, -3}}, // no symmetrisation
       {{INT_MIN, 1}, {INT_MIN, -1}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(::testing::PrintToString(c.in));
-    EXPECT_EQ(NormalizePoly(Raw(c.in)).data(), c.out);
-  }
-}
-
-TEST(PolyUtils, ZeroAndEquality) {
-  EXPECT_FALSE(NonZeroPoly(Raw({})));
-  EXPECT_FALSE(NonZeroPoly(Raw({0, 0})));
-  EXPECT_TRUE(NonZeroPoly(Raw({0, 0, 1})));
+  for (const auto& c : cases)
+    EXPECT_EQ(NormalizePoly(Raw(c[0])).data(), c[1]) << ::testing::PrintToString(c[0]);
   EXPECT_TRUE(EqualPolies(Raw({1, -1, 1}), Raw({1, -1, 1, 0, 0})));
-  EXPECT_TRUE(EqualPolies(Raw({1, -1, 1, 0}), Raw({1, -1, 1})));
   EXPECT_FALSE(EqualPolies(Raw({1}), Raw({1, 0, 2})));
-  EXPECT_FALSE(EqualPolies(Raw({1, 0, 2}), Raw({1})));
-  EXPECT_FALSE(EqualPolies(Raw({1, 2}), Raw({1, 3})));
-  EXPECT_TRUE(EqualPolies(Raw({}), Raw({})));
   EXPECT_TRUE(EqualPolies(Raw({}), Raw({0, 0})));
-  EXPECT_FALSE(EqualPolies(Raw({}), Raw({1})));
-}
-
-TEST(PolyUtils, EvaluationWraps) {
+  EXPECT_FALSE(NonZeroPoly(Raw({0, 0})));
   EXPECT_EQ(CalculatePoly(Raw({1, -1, 1}), -1), 3);
-  EXPECT_EQ(CalculatePoly(Raw({}), 5), 0);
-  EXPECT_EQ(CalculatePoly(Raw({1, -1, 1, -1, 1}), -3), 121);
-  std::vector<int> t31(32, 0), t32(33, 0);
+  std::vector<int> t31(32, 0);
   t31[31] = 1;
-  t32[32] = 1;
-  t32[0] = 7;
-  EXPECT_EQ(CalculatePoly(Raw(t31), 2), INT_MIN);
-  EXPECT_EQ(CalculatePoly(Raw(t32), 2), 7);
-  EXPECT_EQ(CalculatePoly(Raw({INT_MAX, 1}), 1), INT_MIN);
+  EXPECT_EQ(CalculatePoly(Raw(t31), 2), INT_MIN); // 2^31 wraps
 }
 
 TEST(PolyUtils, Texts) {
-  struct Case {
-    std::vector<int> c;
-    const char* text;
-  };
-  const Case cases[] = {
+  const std::pair<std::vector<int>, const char*> cases[] = {
       {{0, 1}, "t"},
       {{0, -1}, " - t"},
       {{-1}, "-1"},
       {{}, "0"},
       {{0, 0}, "0"},
-      {{1}, "1"},
       {{1, -1, 1}, "1 - t + t^2"},
       {{2, -3}, "2 - 3*t"},
       {{0, -1, 1}, " - t + t^2"},
-      {{-2, 1}, "-2 + t"},
-      {{0, 2}, "2*t"},
-      {{3, 0, -2, 0, 5}, "3 - 2*t^2 + 5*t^4"},
-      {{0, 0, 12, -1}, "12*t^2 - t^3"},
+      {{3, 0, -2}, "3 - 2*t^2"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    EXPECT_EQ(Stdout([&] { ShowPoly(Raw(c.c)); }), c.text);
+  for (const auto& [c, text] : cases) {
+    std::ostringstream out;
+    std::streambuf* old = std::cout.rdbuf(out.rdbuf());
+    ShowPoly(Raw(c));
+    std::cout.rdbuf(old);
+    EXPECT_EQ(out.str(), text);
   }
-  PolyMatrix m = {{Raw({1}), Raw({0, 1})}, {Raw({}), Raw({-1})}};
-  EXPECT_EQ(Stdout([&] { ShowMatrix(m); }), "Macierz:\n1,   t,   \n0,   -1,   \n");
-  EXPECT_EQ(Stdout([] { ShowMatrix({}); }), "Macierz:\n");
 }
