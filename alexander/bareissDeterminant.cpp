@@ -1,5 +1,5 @@
-// Fraction-free (Bareiss) elimination over Z[t] with exact polynomial division, in 64- or
-// 128-bit coefficients; the fast exact determinant of Alexander matrices.
+// Fraction-free (Bareiss) elimination over Z[t] with exact polynomial division in 64-bit
+// coefficients; the fast exact determinant of Alexander matrices.
 #include "alexander/exactDeterminant.hpp"
 
 #include <algorithm>
@@ -10,11 +10,14 @@ using boost::math::tools::polynomial;
 
 namespace {
 
+// Coefficients of the elimination; every intermediate stays below 3 B^2 <= 3 * 2^60.
+using Coef = int64_t;
+
 // After step k every entry (i, j) with i, j > k is the (k+2)-minor on the pivot rows and
 // columns 0..k plus row i and column j, and the pivot of step k divides the next numerators
 // exactly (Sylvester's identity). A minor's degree is at most the sum of its rows' degrees, so
 // every entry fits in `cap` coefficients.
-template <class T> class Elimination {
+class Elimination {
 public:
   explicit Elimination(std::vector<std::vector<polynomial<int>>> const& M)
       : r_(static_cast<int>(M.size())) {
@@ -26,19 +29,19 @@ public:
       }
       cap_ += rowDegree;
     }
-    coef_.assign(static_cast<std::size_t>(r_) * r_ * cap_, T(0));
+    coef_.assign(static_cast<std::size_t>(r_) * r_ * cap_, Coef(0));
     degree_.assign(static_cast<std::size_t>(r_) * r_, -1);
     for (int i = 0; i < r_; ++i) {
       for (int j = 0; j < r_ && j < static_cast<int>(M[i].size()); ++j) {
         const std::vector<int>& c = M[i][j].data();
         const int d = Degree(c);
         degree_[Index(i, j)] = d;
-        T* out = Entry(i, j);
+        Coef* out = Entry(i, j);
         for (int l = 0; l <= d; ++l)
-          out[l] = T(c[l]);
+          out[l] = Coef(c[l]);
       }
     }
-    num_.assign(2 * static_cast<std::size_t>(cap_), T(0));
+    num_.assign(2 * static_cast<std::size_t>(cap_), Coef(0));
   }
 
   polynomial<int> Determinant() {
@@ -46,8 +49,8 @@ public:
       return polynomial<int>(std::vector<int>{1});
     std::vector<int> order(r_); // logical row -> stored row
     std::iota(order.begin(), order.end(), 0);
-    std::vector<T> previous(cap_, T(0));
-    previous[0] = T(1);
+    std::vector<Coef> previous(cap_, Coef(0));
+    previous[0] = Coef(1);
     int previousDegree = 0;
     bool negate = false;
     for (int k = 0; k + 1 < r_; ++k) {
@@ -65,11 +68,11 @@ public:
         negate = !negate;
       }
       const int pk = order[k];
-      const T* pivot = Entry(pk, k);
+      const Coef* pivot = Entry(pk, k);
       const int pivotDegree = degree_[Index(pk, k)];
       for (int i = k + 1; i < r_; ++i) {
         const int pi = order[i];
-        const T* below = Entry(pi, k);
+        const Coef* below = Entry(pi, k);
         const int belowDegree = degree_[Index(pi, k)];
         for (int j = k + 1; j < r_; ++j) {
           // (pivot * M[i][j] - M[i][k] * M[k][j]) / previous pivot.
@@ -78,18 +81,18 @@ public:
           int top = -1;
           if (degree_[ij] >= 0) {
             top = pivotDegree + degree_[ij];
-            std::fill(num_.begin(), num_.begin() + top + 1, T(0));
+            std::fill(num_.begin(), num_.begin() + top + 1, Coef(0));
             AddProduct(pivot, pivotDegree, Entry(pi, j), degree_[ij], false);
           }
           if (belowDegree >= 0 && kjDegree >= 0) {
             const int extra = belowDegree + kjDegree;
             if (extra > top) {
-              std::fill(num_.begin() + (top + 1), num_.begin() + extra + 1, T(0));
+              std::fill(num_.begin() + (top + 1), num_.begin() + extra + 1, Coef(0));
               top = extra;
             }
             AddProduct(below, belowDegree, Entry(pk, j), kjDegree, true);
           }
-          while (top >= 0 && num_[top] == T(0))
+          while (top >= 0 && num_[top] == Coef(0))
             --top;
           if (top < 0) {
             degree_[ij] = -1;
@@ -104,10 +107,10 @@ public:
     const int last = order[r_ - 1];
     const int d = degree_[Index(last, r_ - 1)];
     std::vector<int> result(d + 1);
-    const T* det = Entry(last, r_ - 1);
+    const Coef* det = Entry(last, r_ - 1);
     for (int l = 0; l <= d; ++l) {
       // Two's-complement reduction mod 2^32; unsigned conversion is modular by definition.
-      const uint32_t wrapped = static_cast<uint32_t>(negate ? T(0) - det[l] : det[l]);
+      const uint32_t wrapped = static_cast<uint32_t>(negate ? Coef(0) - det[l] : det[l]);
       result[l] = static_cast<int32_t>(wrapped);
     }
     return polynomial<int>(std::move(result));
@@ -121,31 +124,31 @@ private:
     return d;
   }
   int Index(int i, int j) const { return i * r_ + j; }
-  T* Entry(int i, int j) { return coef_.data() + static_cast<std::size_t>(Index(i, j)) * cap_; }
+  Coef* Entry(int i, int j) { return coef_.data() + static_cast<std::size_t>(Index(i, j)) * cap_; }
 
   // num_ += a * b, or -= when `subtract`.
-  void AddProduct(const T* a, int da, const T* b, int db, bool subtract) {
+  void AddProduct(const Coef* a, int da, const Coef* b, int db, bool subtract) {
     for (int x = 0; x <= da; ++x) {
-      const T ax = subtract ? T(0) - a[x] : a[x];
-      if (ax == T(0))
+      const Coef ax = subtract ? Coef(0) - a[x] : a[x];
+      if (ax == Coef(0))
         continue;
-      T* out = num_.data() + x;
+      Coef* out = num_.data() + x;
       for (int y = 0; y <= db; ++y)
         out[y] += ax * b[y];
     }
   }
 
   // out = num_[0..top] / divisor, known to divide exactly; returns the quotient's degree.
-  int DivideExactly(int top, const T* divisor, int divisorDegree, T* out) {
-    const T lead = divisor[divisorDegree];
+  int DivideExactly(int top, const Coef* divisor, int divisorDegree, Coef* out) {
+    const Coef lead = divisor[divisorDegree];
     const int quotientDegree = top - divisorDegree;
     for (int m = quotientDegree; m >= 0; --m) {
-      const T rest = num_[m + divisorDegree];
-      const T q = lead == T(1) ? rest : lead == T(-1) ? T(0) - rest : rest / lead;
+      const Coef rest = num_[m + divisorDegree];
+      const Coef q = lead == Coef(1) ? rest : lead == Coef(-1) ? Coef(0) - rest : rest / lead;
       out[m] = q;
-      if (q == T(0))
+      if (q == Coef(0))
         continue;
-      T* row = num_.data() + m;
+      Coef* row = num_.data() + m;
       for (int l = 0; l < divisorDegree; ++l)
         row[l] -= q * divisor[l];
     }
@@ -154,17 +157,13 @@ private:
 
   int r_;
   int cap_;
-  std::vector<T> coef_;
+  std::vector<Coef> coef_;
   std::vector<int> degree_;
-  std::vector<T> num_;
+  std::vector<Coef> num_;
 };
 
 } // namespace
 
-polynomial<int> DetPolyBareiss64(std::vector<std::vector<polynomial<int>>> const& M) {
-  return Elimination<int64_t>(M).Determinant();
-}
-
-polynomial<int> DetPolyBareiss128(std::vector<std::vector<polynomial<int>>> const& M) {
-  return Elimination<__int128>(M).Determinant();
+polynomial<int> tresk::DetPolyBareiss(PolyMatrix const& M) {
+  return Elimination(M).Determinant();
 }

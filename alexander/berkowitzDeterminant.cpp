@@ -2,14 +2,14 @@
 // for any integer-polynomial matrix, used when the elimination's intermediates could overflow.
 #include "alexander/exactDeterminant.hpp"
 
-#include <cstdint>
+#include "core/wrapInt.hpp" // for WrapAdd, WrapMul, WrapNeg
 
 using boost::math::tools::polynomial;
 
 namespace {
 
 // Coefficients mod 2^32 from t^0 upward, no trailing zeros; empty is zero.
-using WrappedPoly = std::vector<uint32_t>;
+using WrappedPoly = std::vector<int>;
 
 void Trim(WrappedPoly& p) {
   while (!p.empty() && p.back() == 0)
@@ -24,13 +24,13 @@ void AddProduct(WrappedPoly& acc, WrappedPoly const& a, WrappedPoly const& b) {
     acc.resize(a.size() + b.size() - 1, 0);
   for (std::size_t x = 0; x < a.size(); ++x) {
     for (std::size_t y = 0; y < b.size(); ++y)
-      acc[x + y] += a[x] * b[y];
+      acc[x + y] = tresk::WrapAdd(acc[x + y], tresk::WrapMul(a[x], b[y]));
   }
 }
 
 WrappedPoly Negated(WrappedPoly p) {
-  for (uint32_t& c : p)
-    c = 0u - c;
+  for (int& c : p)
+    c = tresk::WrapNeg(c);
   return p;
 }
 
@@ -40,13 +40,12 @@ WrappedPoly Negated(WrappedPoly p) {
 // Toeplitz matrix with first column 1, -a, -R C, -R A1 C, -R A1^2 C, ... The recurrence runs
 // from the bottom-right 1 x 1 block up to the whole matrix; det A = (-1)^r times the constant
 // term of the characteristic polynomial.
-polynomial<int> DetPolyBerkowitz(std::vector<std::vector<polynomial<int>>> const& M) {
+polynomial<int> tresk::DetPolyBerkowitz(PolyMatrix const& M) {
   const int r = static_cast<int>(M.size());
   std::vector<std::vector<WrappedPoly>> A(r, std::vector<WrappedPoly>(r));
   for (int i = 0; i < r; ++i) {
     for (int j = 0; j < r && j < static_cast<int>(M[i].size()); ++j) {
-      for (int c : M[i][j].data())
-        A[i][j].push_back(static_cast<uint32_t>(c));
+      A[i][j] = M[i][j].data();
       Trim(A[i][j]);
     }
   }
@@ -85,9 +84,5 @@ polynomial<int> DetPolyBerkowitz(std::vector<std::vector<polynomial<int>>> const
     charPoly.swap(grown);
   }
   const WrappedPoly det = (r % 2 == 1) ? Negated(charPoly[r]) : charPoly[r];
-  std::vector<int> result;
-  result.reserve(det.size());
-  for (uint32_t c : det)
-    result.push_back(static_cast<int32_t>(c));
-  return polynomial<int>(std::move(result));
+  return polynomial<int>(det.begin(), det.end());
 }

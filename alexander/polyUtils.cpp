@@ -1,27 +1,16 @@
 // Small utilities on integer polynomials: the normal form (lowest power of t divided out,
 // constant term positive, no symmetrisation), zero and equality tests, evaluation at an
 // integer with wrapping 32-bit arithmetic, and the console prints of a polynomial and a matrix.
-#include <cstdint>
 #include <iostream>
 
 #include "alexander/polynomial.hpp"
+#include "core/wrapInt.hpp" // for WrapAdd, WrapMul, WrapNeg
 
 using boost::math::tools::polynomial;
 
-namespace {
-
-// Wrapping 32-bit int arithmetic, done in unsigned so that overflow is well defined.
-int WrapMul(int a, int b) {
-  return static_cast<int>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
-}
-int WrapAdd(int a, int b) {
-  return static_cast<int>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
-}
-int WrapNeg(int a) {
-  return static_cast<int>(0u - static_cast<uint32_t>(a));
-}
-
-} // namespace
+using tresk::WrapAdd;
+using tresk::WrapMul;
+using tresk::WrapNeg;
 
 polynomial<int> NormalizePoly(polynomial<int> const& p) {
   const std::vector<int>& c = p.data();
@@ -54,9 +43,7 @@ bool NonZeroPoly(polynomial<int> p) {
 }
 
 // Equal up to high-order zero coefficients; an empty list equals any all-zero list.
-bool EqualPolies(polynomial<int> a, polynomial<int> b) {
-  const std::vector<int>& x = a.data();
-  const std::vector<int>& y = b.data();
+bool tresk::EqualCoefficients(std::vector<int> const& x, std::vector<int> const& y) {
   const std::vector<int>& longer = x.size() < y.size() ? y : x;
   const size_t common = x.size() < y.size() ? x.size() : y.size();
   for (size_t k = common; k < longer.size(); ++k) {
@@ -68,6 +55,10 @@ bool EqualPolies(polynomial<int> a, polynomial<int> b) {
       return false;
   }
   return true;
+}
+
+bool EqualPolies(polynomial<int> a, polynomial<int> b) {
+  return tresk::EqualCoefficients(a.data(), b.data());
 }
 
 // Sum of p[k] * x^k over ascending k with a running power; every step wraps modulo 2^32.

@@ -9,8 +9,6 @@
 
 #include "core/records.hpp" // for Crossing
 
-using PolyMatrix = std::vector<std::vector<boost::math::tools::polynomial<int>>>;
-
 // (n-1) x n matrix: one row per crossing except the last, one column per arc.
 std::vector<std::vector<boost::math::tools::polynomial<int>>>
 CreateFoxMatrix(std::vector<Crossing> const& crossings);
@@ -23,3 +21,8 @@ bool EqualPolies(boost::math::tools::polynomial<int> a, boost::math::tools::poly
 int CalculatePoly(boost::math::tools::polynomial<int> p, int x);
 void ShowPoly(boost::math::tools::polynomial<int> p);
 void ShowMatrix(std::vector<std::vector<boost::math::tools::polynomial<int>>> const& M);
+
+namespace tresk {
+// EqualPolies on coefficient lists, without copying them.
+bool EqualCoefficients(std::vector<int> const& a, std::vector<int> const& b);
+} // namespace tresk

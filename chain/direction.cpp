@@ -9,9 +9,8 @@
 #include "alexander/polynomial.hpp"    // for CreateFoxMatrix, det_poly, NormalizePoly
 #include "crossings/crossings.hpp"     // for FindAllCrossings, FillCrossings
 #include "knots/knotTable.hpp"         // for EnsureKnotsFilled
-#include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr
+#include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, removeTrailingZeros
 #include "preprocessing/chainprep.hpp" // for ProjectChain
-#include "scan/rows.hpp"               // for removeTrailingZeros
 
 namespace {
 
@@ -41,7 +40,7 @@ bool FindTheKnotInParticularDirection_poly(std::vector<ChainAtom> chain, Poly& p
   const Poly one(std::vector<int>{1});
   // The table is filled once per process and never changes afterwards, so projections may run
   // on several threads at once; refilling it here would race with their lookups.
-  EnsureKnotsFilled();
+  tresk::EnsureKnotsFilled();
 
   std::vector<Edge> edges = ProjectChain(chain, direction, true);
   std::vector<Crossing> crossings;

@@ -21,6 +21,13 @@ bool YDisjoint(double ay1, double ay2, double by1, double by2) {
          (by1 > ay1 && by1 > ay2 && by2 > ay1 && by2 > ay2);
 }
 
+// A degenerate pair: the message on the log stream, result -1 and no parameters.
+std::pair<double, double> Degenerate(int& result, const char* what) {
+  tresk::Log() << "PROBLEM with one projection. " << what << "\n";
+  result = -1;
+  return {0.0, 0.0};
+}
+
 // Parameters (t on a, s on b) of the crossing of the plane images of a and b. Parameter 1 is
 // an edge's first point, 0 its second. result: 1 crossing, 0 none, -1 degenerate (message
 // written to the log stream). The pair is (0, 0) unless result is 1.
@@ -34,16 +41,11 @@ std::pair<double, double> Intersect(const Edge& a, const Edge& b, int& result) {
     if (bx1 == bx2) {
       if (ax1 != bx1 || YDisjoint(ay1, ay2, by1, by2))
         return {0.0, 0.0};
-      tresk::Log() << "PROBLEM with one projection. Two segments are parallel and partially "
-                      "colaps, or one segment is degenerated.\n";
-      result = -1;
-      return {0.0, 0.0};
+      return Degenerate(
+          result, "Two segments are parallel and partially colaps, or one segment is degenerated.");
     }
-    if (ay1 == ay2) {
-      tresk::Log() << "PROBLEM with one projection. One segment is degenerated.\n";
-      result = -1;
-      return {0.0, 0.0};
-    }
+    if (ay1 == ay2)
+      return Degenerate(result, "One segment is degenerated.");
     // b meets the vertical line x = ax2 at s; t is a's parameter at the same height.
     s = (ax2 - bx2) / (bx1 - bx2);
     t = (by2 - ay2) / (ay1 - ay2) + (by1 - by2) * (ax2 - bx2) / ((ay1 - ay2) * (bx1 - bx2));
@@ -56,22 +58,15 @@ std::pair<double, double> Intersect(const Edge& a, const Edge& b, int& result) {
       const double ib = (bx2 * by1 - bx1 * by2) / (bx2 - bx1);
       if (ia != ib || YDisjoint(ay1, ay2, by1, by2))
         return {0.0, 0.0};
-      tresk::Log() << "PROBLEM with one projection. Two segments are parallel and partially "
-                      "colaps.\n";
-      result = -1;
-      return {0.0, 0.0};
+      return Degenerate(result, "Two segments are parallel and partially colaps.");
     }
     s = ((by2 - ay2) * (ax1 - ax2) - (bx2 - ax2) * (ay1 - ay2)) / d;
     t = ((bx1 - bx2) * s + bx2 - ax2) / (ax1 - ax2);
   }
   if (t < 0 || t > 1 || s < 0 || s > 1)
     return {0.0, 0.0};
-  if (t == 0 || t == 1 || s == 0 || s == 1) {
-    tresk::Log() << "PROBLEM with one projection. Two segments cross exactly at the end of one of "
-                    "them.\n";
-    result = -1;
-    return {0.0, 0.0};
-  }
+  if (t == 0 || t == 1 || s == 0 || s == 1)
+    return Degenerate(result, "Two segments cross exactly at the end of one of them.");
   result = 1;
   return {t, s};
 }

@@ -25,7 +25,7 @@ constexpr unsigned long long kMemoryLimit = 768000000ULL;
 int FindKnots(int type, char* inputFile, char* outputFile, int check, int step, int threshold,
               int closureMethod, int closures, unsigned long long polyFlag) {
   // Filled once per process with fixed contents: the same table a refill would give.
-  EnsureKnotsFilled();
+  tresk::EnsureKnotsFilled();
   FillFulerenData();
 
   // The output file exists (truncated) from here on, whatever happens next; a file that cannot

@@ -101,7 +101,7 @@ void FillKnotsArray() {
     FillRow(i);
 }
 
-void EnsureKnotsFilled() {
+void tresk::EnsureKnotsFilled() {
   static std::once_flag once;
   std::call_once(once, FillKnotsArray);
 }

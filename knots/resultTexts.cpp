@@ -1,21 +1,15 @@
 // The compact result texts of a subchain scan: a counts array as a row of 31 probability bands
 // followed by the inside share, and a tally of polynomial texts as a dictionary of shares
-// rounded to three decimals in single precision.
+// rounded to three decimals in single precision; the short decimal text of a float.
 #include <algorithm>
+#include <iomanip>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "knots/tallyMath.hpp"
+#include "knots/tallyMath.hpp" // for Percent, the ordinals
 #include "knots/whichKnot.hpp"
-
-namespace {
-constexpr int kOrdinals = 42;
-constexpr int kUnknown = 39;
-constexpr int kProblem = 40;
-constexpr int kInside = 41;
-} // namespace
 
 // Bands T = 90, 87, ..., 0: each knot with a percentage stands in the cell of the largest T
 // below its percentage (60 under 57, 100 under 90), several knots of one cell joined by ",",
@@ -24,14 +18,14 @@ constexpr int kInside = 41;
 // cells.
 std::string GiveTheNameOfKnot_toMatrix(int* counts) {
   int total = 0;
-  for (int i = 0; i < kOrdinals; ++i)
-    total = tally::WrapAdd(total, counts[i]);
+  for (int i = 0; i < tresk::kOrdinals; ++i)
+    total = tresk::WrapAdd(total, counts[i]);
   if (total == 0)
     return "EMPTY KNOTS TABLE in GIVETHENAME...()";
-  const int inside = tally::WrapAdd(counts[kProblem], counts[kInside]);
-  const std::string insidePct = std::to_string(tally::Percent(inside, total));
-  if (tally::WrapAdd(counts[0], inside) == total) {
-    if (total < tally::WrapMul(2, counts[0]))
+  const int inside = tresk::WrapAdd(counts[tresk::kProblem], counts[tresk::kInside]);
+  const std::string insidePct = std::to_string(tresk::Percent(inside, total));
+  if (tresk::WrapAdd(counts[0], inside) == total) {
+    if (total < tresk::WrapMul(2, counts[0]))
       return UNKNOT;
     std::string text;
     for (int cell = 0; cell < 31; ++cell)
@@ -39,10 +33,10 @@ std::string GiveTheNameOfKnot_toMatrix(int* counts) {
     return text + insidePct;
   }
   std::vector<Knocik> listed; // (ordinal, percentage)
-  listed.reserve(kUnknown + 1);
-  for (int i = 1; i <= kUnknown; ++i) {
+  listed.reserve(tresk::kUnknown + 1);
+  for (int i = 1; i <= tresk::kUnknown; ++i) {
     if (counts[i] > 0)
-      listed.push_back({i, tally::Percent(counts[i], total)});
+      listed.push_back({i, tresk::Percent(counts[i], total)});
   }
   std::stable_sort(listed.begin(), listed.end(), WayToSortKnociki);
   listed.push_back({0, 0}); // sentinel: above no threshold
@@ -99,4 +93,16 @@ std::string GiveThePolies_toDict(std::map<std::string, float> polies) {
 
 bool WayToSortPolies(std::pair<std::string, float> a, std::pair<std::string, float> b) {
   return a.second > b.second;
+}
+
+// 0.5 -> "0.5", 1 -> "1", 1/3 -> "0.333", 0.0004 -> "0", -0 -> "-0"; inf and nan unchanged.
+std::string removeTrailingZeros(float value) {
+  std::ostringstream out;
+  out << std::fixed << std::setprecision(3) << static_cast<double>(value);
+  std::string text = out.str();
+  while (text.find('.') != std::string::npos && text.back() == '0')
+    text.pop_back();
+  if (!text.empty() && text.back() == '.')
+    text.pop_back();
+  return text;
 }

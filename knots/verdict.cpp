@@ -6,14 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "knots/tallyMath.hpp"
+#include "knots/tallyMath.hpp" // for Percent, the ordinals
 #include "knots/whichKnot.hpp"
-
-namespace {
-constexpr int kOrdinals = 42;
-constexpr int kProblem = 40;
-constexpr int kInside = 41;
-} // namespace
 
 // The most frequent outcome (ties to the lower ordinal) when it holds strictly more than 50
 // percent after truncation; "-2" when no closure reached a knot outcome (0..39), else "-1".
@@ -21,16 +15,16 @@ std::string GiveTheNameOfKnotOne(int* counts) {
   int sum = 0;
   int largest = 0;
   int ordinal = 0;
-  for (int i = 0; i < kOrdinals; ++i) {
-    sum = tally::WrapAdd(sum, counts[i]);
+  for (int i = 0; i < tresk::kOrdinals; ++i) {
+    sum = tresk::WrapAdd(sum, counts[i]);
     if (counts[i] > largest) {
       largest = counts[i];
       ordinal = i;
     }
   }
-  if (tally::WrapSub(sum, counts[kInside]) == counts[kProblem])
+  if (tresk::WrapSub(sum, counts[tresk::kInside]) == counts[tresk::kProblem])
     return INSIDE;
-  const int percent = tally::Percent(largest, sum);
+  const int percent = tresk::Percent(largest, sum);
   if (50.0 >= percent)
     return MIXTURE;
   return knots[ordinal].name;
@@ -40,12 +34,12 @@ std::string GiveTheNameOfKnotOne(int* counts) {
 int GiveTheStrenghtOfKnot(int* counts) {
   int sum = 0;
   int largest = 0;
-  for (int i = 0; i < kOrdinals; ++i) {
-    sum = tally::WrapAdd(sum, counts[i]);
+  for (int i = 0; i < tresk::kOrdinals; ++i) {
+    sum = tresk::WrapAdd(sum, counts[i]);
     if (i > 0 && counts[i] > largest)
       largest = counts[i];
   }
-  return tally::Percent(largest, sum);
+  return tresk::Percent(largest, sum);
 }
 
 // The same over a tally keyed by polynomial text ("1" is the unknot). The running total is
@@ -54,12 +48,12 @@ int GiveTheStrenghtOfKnot_poly(std::map<std::string, float> polies) {
   int total = 0;
   int largest = 0;
   for (const std::pair<const std::string, float>& entry : polies) {
-    total = tally::TruncToInt(static_cast<float>(total) + entry.second);
+    total = tresk::TruncToInt(static_cast<float>(total) + entry.second);
     if (entry.first != "1" && entry.second > static_cast<float>(largest)) {
-      largest = tally::TruncToInt(entry.second);
+      largest = tresk::TruncToInt(entry.second);
     }
   }
-  return tally::Percent(largest, total);
+  return tresk::Percent(largest, total);
 }
 
 // E.g. "3_1(70%) 01(30%) ": outcomes by descending count (ties by ascending ordinal), inside
@@ -67,25 +61,25 @@ int GiveTheStrenghtOfKnot_poly(std::map<std::string, float> polies) {
 // when they exceed a third of the total.
 std::string GiveTheNameOfKnot_allProj(int* counts) {
   std::vector<Knocik> outcomes;
-  outcomes.reserve(kOrdinals);
+  outcomes.reserve(tresk::kOrdinals);
   int total = 0;
-  for (int i = 0; i < kOrdinals; ++i) {
+  for (int i = 0; i < tresk::kOrdinals; ++i) {
     if (counts[i] > 0) {
       outcomes.push_back({i, counts[i]});
-      total = tally::WrapAdd(total, counts[i]);
+      total = tresk::WrapAdd(total, counts[i]);
     }
   }
   std::stable_sort(outcomes.begin(), outcomes.end(), WayToSortKnociki);
   std::string text;
   for (const Knocik& k : outcomes) {
-    if (k.ordinal == kInside)
+    if (k.ordinal == tresk::kInside)
       continue;
     text += knots[k.ordinal].name;
     text += "(";
-    text += std::to_string(tally::Percent(k.count, total));
+    text += std::to_string(tresk::Percent(k.count, total));
     text += "%) ";
   }
-  const int notClosed = tally::WrapAdd(counts[kProblem], counts[kInside]);
+  const int notClosed = tresk::WrapAdd(counts[tresk::kProblem], counts[tresk::kInside]);
   if (notClosed < 1)
     return text;
   text += "IN(";

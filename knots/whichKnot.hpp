@@ -1,5 +1,5 @@
 // The table of known knots and its lookups, the verdict over many closures and the compact
-// result texts (matrix cells and polynomial dictionaries).
+// result texts (matrix cells, polynomial dictionaries, short decimals).
 #pragma once
 
 #include <map>
@@ -23,3 +23,5 @@ bool WayToSortKnociki(Knocik a, Knocik b);
 std::string GiveTheNameOfKnot_toMatrix(int* counts);
 std::string GiveThePolies_toDict(std::map<std::string, float> tally);
 bool WayToSortPolies(std::pair<std::string, float> a, std::pair<std::string, float> b);
+// Three decimals, trailing zeros and a bare point removed: 0.5 -> "0.5", 1 -> "1".
+std::string removeTrailingZeros(float value);

@@ -10,6 +10,9 @@
 
 #include "preprocessing/vec3.hpp" // for Vec3
 
+using tresk::PositionOf;
+using tresk::Vec3;
+
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
@@ -102,29 +105,30 @@ Vec3 Exit(const Sphere& s, Vec3 p, Vec3 d) {
   return p + t * d;
 }
 
+// The closures of methods 1 and 2: the chain's end joined to a point of the sphere, the arc
+// along the sphere, and the chain's start joined to another point. Those points lie radially
+// out from the ends, or (`random`) in random directions, the one at the end drawn first.
+int CloseAlongSphere(std::vector<ChainAtom>& chain, double parameter, bool random) {
+  if (chain.size() < 3)
+    return 0;
+  Sphere s = SphereAround(chain, parameter);
+  Vec3 atEnd = random ? RandomDirection() : Outward(PositionOf(chain.back()), s.centre);
+  Vec3 atStart = random ? RandomDirection() : Outward(PositionOf(chain.front()), s.centre);
+  AppendArc(chain, s, atEnd, atStart);
+  return 0;
+}
+
 } // namespace
 
 // Both ends pushed radially out to the sphere and joined along it: no random choice.
 int CloseChain_OUT(std::vector<ChainAtom>& chain, double parameter) {
-  if (chain.size() < 3)
-    return 0;
-  Sphere s = SphereAround(chain, parameter);
-  Vec3 start = Outward(PositionOf(chain.front()), s.centre);
-  Vec3 end = Outward(PositionOf(chain.back()), s.centre);
-  AppendArc(chain, s, end, start);
-  return 0;
+  return CloseAlongSphere(chain, parameter, false);
 }
 
 // Each end joined straight to its own random point of the sphere, those joined along it.
 // Never -1: the ends lie strictly inside the sphere, so no draw can be unusable.
 int CloseChain_2points(std::vector<ChainAtom>& chain, double parameter) {
-  if (chain.size() < 3)
-    return 0;
-  Sphere s = SphereAround(chain, parameter);
-  Vec3 atEnd = RandomDirection();
-  Vec3 atStart = RandomDirection();
-  AppendArc(chain, s, atEnd, atStart);
-  return 0;
+  return CloseAlongSphere(chain, parameter, true);
 }
 
 // Both ends joined straight to one random point of the sphere.

@@ -8,6 +8,8 @@
 
 #include "preprocessing/chainprep.hpp"
 
+namespace tresk {
+
 namespace {
 
 // The 60 vertices: even permutations of (0, +-1, +-3f), (+-1, +-(2+f), +-2f), (+-f, +-2, +-(2f+1))
@@ -110,6 +112,8 @@ const std::array<ProjectionFrame, 60>& ProjectionFrames() {
   return frames;
 }
 
+} // namespace tresk
+
 void FillFulerenData() {
-  (void)ProjectionFrames();
+  (void)tresk::ProjectionFrames();
 }

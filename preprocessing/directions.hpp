@@ -6,6 +6,8 @@
 
 #include "preprocessing/vec3.hpp" // for Vec3
 
+namespace tresk {
+
 // A projection frame: unit direction `dir` (the height axis) and the plane axes u, v with
 // u x v = dir.
 struct ProjectionFrame {
@@ -19,3 +21,5 @@ struct ProjectionFrame {
 // greedily: each next plane is the one farthest (in angle) from all earlier ones.
 // Built once, thread-safely, on first use.
 const std::array<ProjectionFrame, 60>& ProjectionFrames();
+
+} // namespace tresk

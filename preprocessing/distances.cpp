@@ -9,6 +9,8 @@
 
 #include "preprocessing/vec3.hpp" // for Vec3
 
+using tresk::PositionOf;
+
 namespace {
 
 // A neighbour distance above this multiple of the median is a break (a C-alpha gap of one

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tresk {
+
 namespace {
 
 using plane2d::kRelativeHair;
@@ -201,3 +203,5 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
   chain.swap(out);
   return true;
 }
+
+} // namespace tresk

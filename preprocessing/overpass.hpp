@@ -9,7 +9,11 @@
 #include "core/records.hpp"             // for ChainAtom
 #include "preprocessing/directions.hpp" // for ProjectionFrame
 
+namespace tresk {
+
 // Replaces the stretch whose shortcut removes the most crossings of the diagram in `frame`;
 // false (chain unchanged) when no shortcut removes any, or the diagram is too close to
 // degenerate to be trusted. New vertices get id 0.
 bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& frame);
+
+} // namespace tresk

@@ -2,7 +2,7 @@
 // over/under-pass shortcuts: a 2-D point, the orientation test and the touching tolerance.
 #pragma once
 
-namespace plane2d {
+namespace tresk::plane2d {
 
 // Closer than this fraction of the coordinate scale counts as touching in the plane.
 constexpr double kRelativeHair = 1e-9;
@@ -17,4 +17,4 @@ inline double Orient(P2 a, P2 b, P2 c) {
   return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
 }
 
-} // namespace plane2d
+} // namespace tresk::plane2d

@@ -12,6 +12,12 @@
 #include "preprocessing/directions.hpp" // for ProjectionFrames
 #include "preprocessing/projection_rank.hpp"
 
+using tresk::PositionOf;
+using tresk::ProjectionFrame;
+using tresk::ProjectionFrames;
+using tresk::RankPlanes;
+using tresk::Vec3;
+
 namespace {
 
 // Chains longer than this keep the fixed order (ranking costs 30 quadratic crossing counts).

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <numeric>
 
+namespace tresk {
+
 namespace {
 
 using plane2d::kRelativeHair;
@@ -118,3 +120,5 @@ std::array<int, 30> RankPlanesTop(const std::vector<ChainAtom>& chain, int wante
   std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return key[a] < key[b]; });
   return order;
 }
+
+} // namespace tresk

@@ -8,6 +8,8 @@
 #include "core/records.hpp"             // for ChainAtom
 #include "preprocessing/directions.hpp" // for ProjectionFrame
 
+namespace tresk {
+
 // Proper crossings of the closed chain's diagram in the frame's plane (pairs of non-adjacent
 // segments). `nearDegenerate` is set when some pair, or a segment, is within a hair of a
 // degenerate configuration (a crossing at a vertex, an overlap, a segment seen end-on).
@@ -22,3 +24,5 @@ int CountDiagramCrossingsUpTo(const std::vector<ChainAtom>& chain, const Project
 std::array<int, 30> RankPlanes(const std::vector<ChainAtom>& chain);
 // Only the first `wanted` entries of that order are guaranteed; the rest follow in some order.
 std::array<int, 30> RankPlanesTop(const std::vector<ChainAtom>& chain, int wanted);
+
+} // namespace tresk

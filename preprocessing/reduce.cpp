@@ -17,6 +17,11 @@
 #include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, SharedVertexSegmentEnters
 #include "preprocessing/vec3.hpp"            // for Vec3
 
+using tresk::PositionOf;
+using tresk::ProjectionFrames;
+using tresk::RankPlanesTop;
+using tresk::Vec3;
+
 namespace {
 
 // Contacts closer than this fraction of the chain's coordinate scale count as contacts.

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace tresk {
+
 namespace {
 
 double PointSegmentDistance2(Vec3 p, Vec3 a, Vec3 b) {
@@ -115,3 +117,5 @@ bool SharedVertexSegmentEnters(Vec3 s, Vec3 x, Vec3 o1, Vec3 o2, double angleTol
   double slack = angleTol * nn * lw;
   return Dot(n, Cross(e1, w)) >= -slack * l1 && Dot(n, Cross(w, e2)) >= -slack * l2;
 }
+
+} // namespace tresk

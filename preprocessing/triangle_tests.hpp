@@ -5,6 +5,8 @@
 
 #include "preprocessing/vec3.hpp" // for Vec3
 
+namespace tresk {
+
 // True when the segment p-q comes within `tol` of the closed triangle a-b-c (the segment shares
 // no vertex with the triangle).
 bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol);
@@ -13,3 +15,5 @@ bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol);
 // the triangle anywhere but at s, or runs so close to its plane (angle below `angleTol`) that
 // the answer is in doubt.
 bool SharedVertexSegmentEnters(Vec3 s, Vec3 x, Vec3 o1, Vec3 o2, double angleTol);
+
+} // namespace tresk

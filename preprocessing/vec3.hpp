@@ -1,10 +1,12 @@
 // Small 3-D vector arithmetic shared by the closures, the reduction and the projection of the
-// chain-preprocessing library. Plain value type and free inline functions, nothing exported.
+// chain-preprocessing library. Plain value type and free inline functions, internal.
 #pragma once
 
 #include <cmath>
 
 #include "core/records.hpp" // for ChainAtom
+
+namespace tresk {
 
 struct Vec3 {
   double x;
@@ -36,3 +38,5 @@ inline Vec3 PositionOf(const ChainAtom& a) {
 inline ChainAtom AtomAt(Vec3 p, int id) {
   return {p.x, p.y, p.z, id};
 }
+
+} // namespace tresk
