@@ -11,9 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include "core/log.hpp" // for tresk::LogCapture
 #include "scan/scan.hpp"
-#include "tests/scan/knotted_core.hpp"
-#include "tests/scan/stream_capture.hpp"
+#include "tests/groundtruth/knotted_core.hpp"
 #include "tests/support/curves.hpp"
 
 namespace {
@@ -85,7 +85,8 @@ void CheckCore(const Case& c, int method) {
   std::srand(2024);
   std::string text;
   {
-    StreamCapture log(std::clog);
+    std::string log;
+    tresk::LogCapture capture(log);
     text = FindAllKnots_string(chain, c.step, 50, method, method == 1 ? 2 : 8, 1, 15, false,
                                768000000ULL);
   }
