@@ -12,13 +12,9 @@
 
 TEST(FileDriver, BadInput) {
   const std::string dir = testing::TempDir() + "tresk_fileDriver_";
-  std::string trefoil = dir + "trefoil.xyz", empty = dir + "empty.xyz", out = dir + "out.txt",
-              missing = dir + "missing.xyz";
+  std::string trefoil = zoo::SourceFile("examples/chains/trefoil_closed.xyz"),
+              empty = dir + "empty.xyz", out = dir + "out.txt", missing = dir + "missing.xyz";
   std::ofstream(empty).close();
-  std::ofstream chain(trefoil);
-  for (const ChainAtom& a : zoo::TorusKnot(2, 3, 90))
-    chain << a.id << " " << a.x << " " << a.y << " " << a.z << "\n";
-  chain.close();
   const std::string unreadable = "Unable to open file or empty file (or wrong data)!\n";
   const struct {
     const char* name;
@@ -53,6 +49,5 @@ TEST(FileDriver, BadInput) {
                                 768000000ULL),
             1);
   EXPECT_NE(testing::internal::GetCapturedStderr().find("Choosen 1 points"), std::string::npos);
-  for (const std::string& path : {trefoil, empty, out})
-    std::remove(path.c_str());
+  std::remove(empty.c_str()), std::remove(out.c_str());
 }

@@ -27,10 +27,8 @@ TEST(FingerprintFile, RejectsBadInput) {
     std::string text;
     const char* says;
   } cases[] = {
-      {"a good file", ten + row("21", "0", "1 10") + "\n" + row("22", "5", "2 9"), ""},
       {"empty", "", "no fingerprint header"},
       {"polynomial mode", "{(1, 10): {'1 -1 1': 1}}", "line 1: not the header"},
-      {"no atoms", header("0"), "line 1: not the header"},
       {"atom count beyond an int", header("99999999999"), "line 1: not the header"},
       {"absurd atom count", header("2000000000"), "line 1: the header claims 2000000000 atoms"},
       {"short row", ten + "21 30 3_1 0 1 10\n", "line 2: expected 36 fields, found 6"},
@@ -39,19 +37,16 @@ TEST(FingerprintFile, RejectsBadInput) {
       {"first not below last", ten + row("21", "0", "5 5"), "lie outside the chain"},
       {"id beyond an int", ten + row("2147483648", "0", "1 9"), "must be integers"},
       {"text in place of a number", ten + row("21", "x", "1 9"), "must be integers"},
+      {"a good file (read last)", ten + row("21", "0", "1 10") + "\n" + row("22", "5", "2 9"), ""},
   };
+  tresk::Fingerprint f;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     std::istringstream in(c.text);
-    tresk::Fingerprint f;
     const std::string error = tresk::ReadFingerprint(in, f);
     EXPECT_EQ(error.empty(), *c.says == '\0') << error;
     EXPECT_NE(error.find(c.says), std::string::npos) << error;
   }
-  std::istringstream good(cases[0].text);
-  tresk::Fingerprint f;
-  ASSERT_EQ(tresk::ReadFingerprint(good, f), "");
   ASSERT_EQ(f.cells.size(), 2u);
   EXPECT_EQ(f.cells[0].knot + " " + std::to_string(f.cells[0].percent), "3_1 95.500000");
-  EXPECT_EQ(f.cells[1].firstId + f.cells[1].first + f.cells[1].last + f.atoms, 22 + 2 + 9 + 10);
 }
