@@ -4,25 +4,13 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iostream>
-#include <sstream>
+#include <ostream>
 #include <string>
 #include <vector>
 
-#include "preprocessing/chainprep.hpp" // for ChainRead
-#include "scan/scan.hpp"
-#include "scan/threads.hpp"
+#include "entry/api.hpp" // for tresk::ReadChain, tresk::FingerprintRows
 
 namespace {
-
-std::vector<ChainAtom> Read(const std::string& path) {
-  std::vector<char> name(path.begin(), path.end());
-  name.push_back('\0');
-  bool error = true;
-  std::vector<ChainAtom> chain = ChainRead(name.data(), error);
-  return error ? std::vector<ChainAtom>() : chain;
-}
 
 // Runs one scan per iteration with the log stream silenced; threads 0 = all cores.
 void Scan(benchmark::State& state, const std::vector<ChainAtom>& chain, int step, int threshold,
@@ -31,32 +19,32 @@ void Scan(benchmark::State& state, const std::vector<ChainAtom>& chain, int step
     state.SkipWithError("chain file not found");
     return;
   }
-  SetFingerprintThreads(static_cast<int>(state.range(0)));
-  std::ostringstream sink;
-  std::streambuf* log = std::clog.rdbuf(sink.rdbuf());
-  std::size_t bytes = 0;
+  tresk::FingerprintParams params;
+  params.step = step;
+  params.threshold = threshold;
+  params.closures = closures;
+  std::ostream silent(nullptr);
+  tresk::ScanOptions options;
+  options.threads = static_cast<int>(state.range(0));
+  options.log = &silent;
+  std::size_t rows = 0;
   for (auto _ : state) {
     std::srand(1);
-    const std::string text =
-        FindAllKnots_string(chain, step, threshold, 2, closures, 1, 15, false, 768000000ULL);
-    bytes = text.size();
-    sink.str("");
+    rows = tresk::FingerprintRows(chain, params, options).size();
   }
-  std::clog.rdbuf(log);
-  state.counters["threads"] = FingerprintWorkerCount();
-  SetFingerprintThreads(1);
-  state.counters["text_bytes"] = static_cast<double>(bytes);
+  state.counters["rows"] = static_cast<double>(rows);
 }
 
 void BM_KnottedCore300(benchmark::State& state) {
   static const std::vector<ChainAtom> chain =
-      Read(std::string(TRESK_SOURCE_DIR) + "/examples/chains/knotted_core.xyz");
+      tresk::ReadChain(std::string(TRESK_SOURCE_DIR) + "/examples/chains/knotted_core.xyz").atoms;
   Scan(state, chain, 10, 20, 100);
 }
 
 void BM_EverySubchain3KZN(benchmark::State& state) {
   static const std::vector<ChainAtom> chain =
-      Read(std::string(TRESK_DATA_DIR) + "/proteins/ca_xyz/3KZN_chain_A.knoto-id.xyz");
+      tresk::ReadChain(std::string(TRESK_DATA_DIR) + "/proteins/ca_xyz/3KZN_chain_A.knoto-id.xyz")
+          .atoms;
   Scan(state, chain, 1, 101, 20);
 }
 

@@ -1,7 +1,5 @@
 // `tresk knot` (the knot type of a whole open chain, voted over many random closures) and
 // `tresk poly` (the Alexander polynomial of one projection of a closed chain).
-#include <cstdlib>
-#include <ctime>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -14,7 +12,7 @@
 #include "crossings/crossings.hpp"     // for FindAllCrossings
 #include "entry/entry.hpp"             // for FindKnots
 #include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, knots
-#include "preprocessing/chainprep.hpp" // for ChainRead, ChainReduce, ProjectChain
+#include "preprocessing/chainprep.hpp" // for ChainReduce, ProjectChain
 
 namespace {
 
@@ -35,14 +33,8 @@ struct PolyOptions {
   bool noReduce = false;
 };
 
-// Ends the command with a failure status; CLI11 turns this into the program's exit status.
-[[noreturn]] void Fail(int status) {
-  throw CLI::RuntimeError(status);
-}
-
 void RunKnot(const KnotOptions& o) {
-  std::srand(o.seed >= 0 ? static_cast<unsigned>(o.seed)
-                         : static_cast<unsigned>(std::time(nullptr)));
+  SeedRandom(o.seed);
   std::vector<char> input(o.file.begin(), o.file.end());
   input.push_back('\0');
   std::vector<char> output(o.output.begin(), o.output.end());
@@ -66,14 +58,7 @@ void DropRepeatedEnd(std::vector<ChainAtom>& chain) {
 }
 
 void RunPoly(const PolyOptions& o) {
-  std::vector<char> input(o.file.begin(), o.file.end());
-  input.push_back('\0');
-  bool error = true;
-  std::vector<ChainAtom> chain = ChainRead(input.data(), error);
-  if (error || chain.empty()) {
-    std::cerr << "tresk poly: cannot read a chain from " << o.file << "\n";
-    Fail(1);
-  }
+  std::vector<ChainAtom> chain = ReadChainOrFail(o.file, "poly");
   DropRepeatedEnd(chain);
   std::cout << "atoms: " << chain.size();
   if (!o.noReduce) {
@@ -123,10 +108,7 @@ void RegisterKnotCommands(CLI::App& app) {
       "knot", "Name the knot of an open chain: close it many times at random, reduce and "
               "project each closure, and print every knot type found with its share, e.g. "
               "'3_1(70%) 01(30%)'.");
-  k->add_option("file", knot->file,
-                "Chain file: 'x y z' or 'id x y z' per line, PDB or mmCIF (C-alpha atoms)")
-      ->required()
-      ->check(CLI::ExistingFile);
+  AddChainFile(k, knot->file);
   k->add_option("-m,--closure-method", knot->closureMethod,
                 "How to close the chain, through a sphere around it: 0 = the chain is already "
                 "closed, use it as it is; 1 = push both ends straight out to the sphere (one "
@@ -154,11 +136,7 @@ void RegisterKnotCommands(CLI::App& app) {
   CLI::App* p = app.add_subcommand(
       "poly", "Print the Alexander polynomial of a closed chain seen in one projection, and the "
               "knot it names. The last atom is joined back to the first.");
-  p->add_option("file", poly->file,
-                "Closed chain file: 'x y z' or 'id x y z' per line, PDB or "
-                "mmCIF")
-      ->required()
-      ->check(CLI::ExistingFile);
+  AddChainFile(p, poly->file, "Closed chain file: 'x y z' or 'id x y z' per line, PDB or mmCIF");
   p->add_option("-d,--direction", poly->direction,
                 "Projection direction, 0 to 59 (another one helps when a projection is "
                 "degenerate)")

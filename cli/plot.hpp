@@ -1,28 +1,11 @@
-// The picture of a knot fingerprint: the triangle of subchains (first atom across, last atom
-// up), each knotted subchain coloured by its knot type with the probability as intensity.
+// The layout of a fingerprint picture, computed without drawing: the frame of the triangle of
+// subchains, one coloured square per knotted row, the axis ticks, the legend's places.
 #pragma once
 
-#include <iosfwd>
 #include <string>
 #include <vector>
 
-// One knotted subchain as read back from a fingerprint file.
-struct FingerprintCell {
-  int first; // 1-based positions of the subchain's ends
-  int last;
-  int firstId; // the end atoms' own numbers (residue numbers)
-  int lastId;
-  std::string knot; // dominant knot type; "IN" when no knot reached a band
-  double percent;   // estimated probability of that knot (middle of its band), or inside share
-};
-
-// A names-mode fingerprint: the chain's end ids and length from the header, and its rows.
-struct Fingerprint {
-  int firstId = 0;
-  int lastId = 0;
-  int atoms = 0;
-  std::vector<FingerprintCell> cells;
-};
+#include "entry/api.hpp" // for tresk::Fingerprint
 
 struct PlotStyle {
   int size = 900;    // width of the picture in pixels (PNG) or points (SVG)
@@ -30,13 +13,51 @@ struct PlotStyle {
   std::string title; // drawn above the triangle when not empty
 };
 
-// Reads a fingerprint written in names mode (header line, then rows or "UNKNOT").
-// Returns "" on success, otherwise a message naming the offending line.
-std::string ParseFingerprint(std::istream& in, Fingerprint& out);
-// Draws the fingerprint into a .svg or .png file (chosen by the extension).
-// Returns "" on success, otherwise a message.
-std::string DrawFingerprint(const Fingerprint& fingerprint, const std::string& picturePath,
-                            const PlotStyle& style);
-// Both steps, from a fingerprint file to a picture file.
-std::string PlotFingerprintFile(const std::string& fingerprintPath, const std::string& picturePath,
-                                const PlotStyle& style);
+struct Rgb {
+  double r, g, b;
+};
+
+// The triangle: chain positions 0 .. atoms map to a square of side `side` at (left, top),
+// first position across, last position up.
+struct Frame {
+  double left, top, side;
+  int atoms;
+  double X(double p) const { return left + p / atoms * side; }
+  double Y(double p) const { return top + side - p / atoms * side; }
+};
+
+struct Square {
+  double x, y, width, height;
+  Rgb colour;
+};
+
+struct Tick {
+  double position; // chain position of the tick (middle of its atom)
+  long long id;    // residue number written beside it
+};
+
+// Legend on the right: a title, one box per knot type, then an intensity scale.
+struct Legend {
+  double x, box, titleY;
+  std::vector<double> entryY; // top of each knot type's box
+  double afterEntries;        // below the last box ("no knotted subchain" when there is none)
+  double scaleTitleY, scaleY, scaleHeight;
+};
+
+struct PlotLayout {
+  double width, height, font;
+  Frame frame;
+  std::vector<std::string> types; // knot types in table order
+  std::vector<Square> squares;    // painted in this order
+  std::vector<Tick> ticks;
+  Legend legend;
+};
+
+// The layout of `f` at the style's size; f.atoms must be at least 1.
+PlotLayout LayOut(const tresk::Fingerprint& f, const PlotStyle& style);
+// The colour of a knot type (index: its place in the legend), and blended towards white for a
+// probability below 100 %.
+Rgb KnotColour(const std::string& knot, int index);
+Rgb Shade(Rgb base, double percent);
+// The legend's text for a knot type or status code.
+std::string LegendLabel(const std::string& type);

@@ -4,35 +4,27 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <ctime>
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <ostream>
 #include <streambuf>
 #include <string>
 #include <vector>
 
 #include "cli/commands.hpp"
-#include "cli/plot.hpp"
-#include "entry/entry.hpp"             // for FindKnotFingerprint
-#include "preprocessing/chainprep.hpp" // for ChainRead, CheckDistancesBetweenAtoms
-#include "scan/threads.hpp"            // for SetFingerprintThreads, SetFingerprintProgress
+#include "cli/plotDraw.hpp"            // for DrawFingerprint
+#include "entry/api.hpp"               // for tresk::WriteFingerprint, tresk::ReadFingerprint
+#include "preprocessing/chainprep.hpp" // for CheckDistancesBetweenAtoms
 
 namespace {
 
 struct MatrixOptions {
   std::string file;
   std::string output;
-  int step = 10;
-  int threshold = 20;
-  int closureMethod = 2;
-  int closures = 100;
-  long long seed = -1; // negative: seeded from the clock
+  tresk::FingerprintParams scan; // namesMode follows `polynomials`
+  long long seed = -1;           // negative: seeded from the clock
   bool polynomials = false;
-  int maxPolyCrossings = 15;
-  bool numeric = false;
-  unsigned long long memory = 768000000ULL;
   int threads = 1;
   bool check = false;
   bool progress = false;
@@ -45,12 +37,8 @@ struct PlotOptions {
   PlotStyle style;
 };
 
-[[noreturn]] void Fail(int status) {
-  throw CLI::RuntimeError(status);
-}
-
-// The progress line on standard error. The library's own log lines go to the same terminal,
-// so the log stream passes through a buffer that wipes the progress line before each message.
+// The progress line on standard error. The scan's log lines go to the same terminal, so the
+// scan is given a log stream whose buffer wipes the progress line before each message.
 struct ProgressLine {
   bool visible = false;
   std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
@@ -86,15 +74,8 @@ private:
   ProgressLine& line_;
 };
 
-// Drops everything: the log stream under --quiet.
-class NullBuffer : public std::streambuf {
-protected:
-  int_type overflow(int_type c) override { return traits_type::not_eof(c); }
-  std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
-};
-
-void ShowProgress(int phase, unsigned long long done, unsigned long long total, void* user) {
-  ProgressLine& line = *static_cast<ProgressLine*>(user);
+void ShowProgress(ProgressLine& line, int phase, unsigned long long done,
+                  unsigned long long total) {
   const auto now = std::chrono::steady_clock::now();
   const bool finished = done >= total;
   if (phase == line.phase && !finished && now - line.last < std::chrono::milliseconds(200))
@@ -109,57 +90,52 @@ void ShowProgress(int phase, unsigned long long done, unsigned long long total, 
   line.visible = true;
 }
 
-std::vector<char> CString(const std::string& s) {
-  std::vector<char> out(s.begin(), s.end());
-  out.push_back('\0');
-  return out;
-}
-
 void RunMatrix(const MatrixOptions& o) {
-  std::vector<char> input = CString(o.file);
-  bool error = true;
-  const std::vector<ChainAtom> chain = ChainRead(input.data(), error);
-  if (error || chain.empty()) {
-    std::cerr << "tresk matrix: cannot read a chain from " << o.file << "\n";
-    Fail(1);
-  }
+  const std::vector<ChainAtom> chain = ReadChainOrFail(o.file, "matrix");
   if (o.check) {
     const std::string message = CheckDistancesBetweenAtoms(chain);
     if (message != "OK")
       std::cerr << message << "\n";
   }
-  if (!std::ofstream(o.output)) {
+  std::ofstream out(o.output, std::ios::out | std::ios::trunc);
+  if (!out) {
     std::cerr << "tresk matrix: cannot write " << o.output << "\n";
     Fail(1);
   }
 
+  tresk::ScanOptions options;
+  options.threads = o.threads;
   ProgressLine line;
   WipingLogBuffer wiping(std::clog.rdbuf(), line);
-  NullBuffer null;
-  std::streambuf* original = std::clog.rdbuf();
-  const bool showProgress = !o.quiet && (o.progress || isatty(STDERR_FILENO) == 1);
+  std::ostream wipingLog(&wiping);
+  std::ostream quietLog(nullptr); // no buffer: everything written to it is dropped
   if (o.quiet) {
-    std::clog.rdbuf(&null);
-  } else if (showProgress) {
-    std::clog.rdbuf(&wiping);
-    SetFingerprintProgress(ShowProgress, &line);
+    options.log = &quietLog;
+  } else if (o.progress || isatty(STDERR_FILENO) == 1) {
+    options.log = &wipingLog;
+    options.progress = [&line](int phase, unsigned long long done, unsigned long long total) {
+      ShowProgress(line, phase, done, total);
+    };
   }
-
-  SetFingerprintThreads(o.threads);
-  std::srand(o.seed >= 0 ? static_cast<unsigned>(o.seed)
-                         : static_cast<unsigned>(std::time(nullptr)));
-  std::vector<char> output = CString(o.output);
-  FindKnotFingerprint(chain, output.data(), o.step, o.threshold, o.closureMethod, o.closures,
-                      o.polynomials ? 0 : 1, o.maxPolyCrossings, o.numeric, o.memory);
-
-  SetFingerprintProgress(nullptr, nullptr);
+  tresk::FingerprintParams params = o.scan;
+  params.namesMode = o.polynomials ? 0 : 1;
+  SeedRandom(o.seed);
+  tresk::WriteFingerprint(chain, out, params, options);
   if (line.visible)
     std::fputs("\r\033[K", stderr);
-  std::clog.rdbuf(original);
 }
 
 void RunPlot(const PlotOptions& o) {
-  const std::string error = PlotFingerprintFile(o.file, o.output, o.style);
+  std::ifstream in(o.file);
+  tresk::Fingerprint fingerprint;
+  std::string error;
+  if (!in) {
+    error = "cannot open " + o.file;
+  } else if (!(error = tresk::ReadFingerprint(in, fingerprint)).empty()) {
+    error = o.file + ": " + error;
+  } else {
+    error = DrawFingerprint(fingerprint, o.output, o.style);
+  }
   if (!error.empty()) {
     std::cerr << "tresk plot: " << error << "\n";
     Fail(1);
@@ -177,25 +153,22 @@ void RegisterScanCommands(CLI::App& app) {
       "Writes a header line and one line per knotted subchain (ids of its ends, the knot "
       "types in 31 probability bands >90% .. >0%, the share of failed closures, its "
       "positions), or 'UNKNOT'. Draw it with 'tresk plot'.");
-  m->add_option("file", matrix->file,
-                "Chain file: 'x y z' or 'id x y z' per line, PDB or mmCIF (C-alpha atoms)")
-      ->required()
-      ->check(CLI::ExistingFile);
+  AddChainFile(m, matrix->file);
   m->add_option("-o,--output", matrix->output, "Fingerprint file to write")->required();
-  m->add_option("-s,--step", matrix->step,
+  m->add_option("-s,--step", matrix->scan.step,
                 "Grid step in atoms, and half-width of the refinement around knotted points")
       ->check(CLI::Range(1, 1000000))
       ->capture_default_str();
-  m->add_option("-t,--threshold", matrix->threshold,
+  m->add_option("-t,--threshold", matrix->scan.threshold,
                 "Refine around grid points whose knot probability (in %) is above this")
       ->capture_default_str();
-  m->add_option("-m,--closure-method", matrix->closureMethod,
+  m->add_option("-m,--closure-method", matrix->scan.closureMethod,
                 "How to close each subchain: 1 = one fixed closure far out; 2 = join both ends "
                 "through two random far points; 3 = through one random far point; 0 or 4 = "
                 "leave it open (the ends are joined directly)")
       ->check(CLI::Range(0, 4))
       ->capture_default_str();
-  m->add_option("-n,--closures", matrix->closures, "Random closures per subchain")
+  m->add_option("-n,--closures", matrix->scan.closures, "Random closures per subchain")
       ->check(CLI::Range(1, 1000000))
       ->capture_default_str();
   m->add_option("--seed", matrix->seed,
@@ -204,12 +177,12 @@ void RegisterScanCommands(CLI::App& app) {
   m->add_flag("--polynomials", matrix->polynomials,
               "Write a dictionary of Alexander polynomials per knotted subchain instead of "
               "knot names (one line, no header; cannot be plotted)");
-  m->add_option("--max-poly-crossings", matrix->maxPolyCrossings,
+  m->add_option("--max-poly-crossings", matrix->scan.polyOption,
                 "With --polynomials: projections with more crossings give an empty polynomial")
       ->capture_default_str();
-  m->add_flag("--numeric", matrix->numeric,
+  m->add_flag("--numeric", matrix->scan.polyFlag,
               "With --polynomials: write the determinant at t = 12 instead of the polynomial");
-  m->add_option("--memory", matrix->memory,
+  m->add_option("--memory", matrix->scan.memoryLimit,
                 "Memory budget of one batch of closed subchains (13 units per point)")
       ->capture_default_str();
   m->add_option("-j,--threads", matrix->threads,

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "chain/manyClosures.hpp"      // for FindOneKnot
+#include "core/log.hpp"                // for tresk::Log
 #include "entry/entry.hpp"             // for FindKnots, MainFindKnots
 #include "knots/knotTable.hpp"         // for EnsureKnotsFilled
 #include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj
@@ -48,7 +49,7 @@ int FindKnots(int type, char* inputFile, char* outputFile, int check, int step, 
     std::string message = CheckDistancesBetweenAtoms(chain);
     if (message != OK) {
       file << message << "\n";
-      std::clog << message << "\n\n";
+      tresk::Log() << message << "\n\n";
     }
   }
 
@@ -62,8 +63,8 @@ int FindKnots(int type, char* inputFile, char* outputFile, int check, int step, 
   case 2:
     FindAllKnots(chain, file, step, threshold, closureMethod, closures, kNamesMode, kPolyOption,
                  polyFlag != 0, kMemoryLimit);
-    std::clog << "The full matrix is written to the file " << (outputFile ? outputFile : "")
-              << ".\n";
+    tresk::Log() << "The full matrix is written to the file " << (outputFile ? outputFile : "")
+                 << ".\n";
     break;
   default:
     std::cerr << "\nUnpossible error with type (tresk.FindKnots()).\n";

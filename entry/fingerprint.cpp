@@ -8,8 +8,11 @@
 int FindKnotFingerprint(const std::vector<ChainAtom>& chain, char* outputFile, int step,
                         int threshold, int closureMethod, int closures, int namesMode,
                         int polyOption, bool polyFlag, unsigned long long memoryLimit) {
-  // The stream closes itself on the way out, also when an exception passes.
-  std::fstream out(outputFile, std::ios::out | std::ios::trunc);
+  // The stream closes itself on the way out, also when an exception passes. A file that cannot
+  // be opened (or no name) only loses what would have been written to it.
+  std::fstream out;
+  if (outputFile != nullptr)
+    out.open(outputFile, std::ios::out | std::ios::trunc);
   const int result = FindAllKnots(chain, out, step, threshold, closureMethod, closures, namesMode,
                                   polyOption, polyFlag, memoryLimit);
   out.close();

@@ -1,5 +1,5 @@
-// Everything libtresk exports, in one include: records, preprocessing services and every
-// subsystem of the knot engine.
+// Everything libtresk exports, in one include: records, preprocessing services, every
+// subsystem of the knot engine and the library's own API (entry/api.hpp).
 #pragma once
 
 #include "core/records.hpp"
@@ -14,6 +14,6 @@
 #include "scan/grid.hpp"
 #include "scan/prepare.hpp"
 #include "scan/scan.hpp"
-#include "scan/threads.hpp"
 #include "reduction/KknotsSimpler_closed.hpp"
 #include "entry/entry.hpp"
+#include "entry/api.hpp"

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iostream>
+#include <ostream>
+
+#include "core/log.hpp" // for tresk::Log
 
 namespace {
 
@@ -61,7 +63,7 @@ int PrepareJobsFromNet(const std::vector<ChainAtom>& chain, std::vector<Job>& jo
       }
     }
   }
-  std::clog << "Choosen " << jobs.size() << " points on the net of matrix.\n";
+  tresk::Log() << "Choosen " << jobs.size() << " points on the net of matrix.\n";
   return 1;
 }
 
@@ -96,6 +98,6 @@ int PrepareJobsAroundNet(const std::vector<ChainAtom>& chain, std::vector<Job>& 
       }
     }
   }
-  std::clog << "There is " << jobs.size() << " more points on the net of matrix.\n";
+  tresk::Log() << "There is " << jobs.size() << " more points on the net of matrix.\n";
   return 0;
 }

@@ -9,6 +9,7 @@
 #include <iostream>
 #include <iterator>
 
+#include "core/log.hpp"                // for tresk::Log
 #include "preprocessing/chainprep.hpp" // for CloseChain_OUT, CloseChain_2points, CloseChain_1point
 
 namespace {
@@ -78,7 +79,7 @@ std::size_t BatchCapacity(const std::vector<Job>& grid, unsigned int next, int c
 }
 
 void LogCreated(std::size_t jobs, std::size_t points) {
-  std::clog << "created " << jobs << " jobs of total size " << points;
+  tresk::Log() << "created " << jobs << " jobs of total size " << points;
 }
 
 } // namespace
@@ -93,7 +94,7 @@ bool PrepareAllInfixesFuleren(const std::vector<ChainAtom>& chain, std::vector<f
     next = 0;
   if (grid.empty()) {
     LogCreated(0, 0);
-    std::clog << std::endl;
+    tresk::Log() << std::endl;
     return true;
   }
   int32_t offset = 0;
@@ -119,14 +120,14 @@ bool PrepareAllInfixesFuleren(const std::vector<ChainAtom>& chain, std::vector<f
     ++next;
     if (next == grid.size()) {
       LogCreated(batch.size(), points.size());
-      std::clog << std::endl;
+      tresk::Log() << std::endl;
       return true;
     }
     fits = Estimate(points.size(), closures, grid[next]) <= memoryLimit;
   }
   LogCreated(batch.size(), points.size());
-  std::clog << "The last: " << grid[next].firstId << " " << grid[next].lastId << ". Will continue."
-            << std::endl;
+  tresk::Log() << "The last: " << grid[next].firstId << " " << grid[next].lastId
+               << ". Will continue." << std::endl;
   if (batch.empty()) {
     std::cerr << "UUUPS. -------There is no memory? We quit here and do not check whole matrix. "
                  "SORRY. \n";
@@ -177,8 +178,8 @@ int PrepareAllInfixes(const std::vector<ChainAtom>& chain, std::vector<fPointR3>
       start = 0;
     }
   }
-  std::clog << "created " << batch.size() << " jobs of total size " << points.size()
-            << ". Zaczynamy od id " << start << ", len " << len << std::endl;
+  tresk::Log() << "created " << batch.size() << " jobs of total size " << points.size()
+               << ". Zaczynamy od id " << start << ", len " << len << std::endl;
   return 1;
 }
 

@@ -1,6 +1,6 @@
 // The knot fingerprint of a chain: the coarse grid of subchains, then the refinement around
 // strongly knotted rows, each phase in batches (prepare, reduce, analyse, vote), written to a
-// file stream or returned as text.
+// file, a stream or returned as text.
 #include "scan/scan.hpp"
 
 #include <algorithm>
@@ -11,70 +11,65 @@
 #include <sstream>
 
 #include "chain/direction.hpp" // for FindTheKnotInParticularDirection*
+#include "core/log.hpp"        // for tresk::LogCapture
 #include "knots/whichKnot.hpp" // for the verdict texts and strengths
 #include "reduction/batch.hpp" // for tresk::ReduceBatch
 #include "scan/grid.hpp"
 #include "scan/prepare.hpp"
 #include "scan/rows.hpp"
-#include "scan/threads.hpp"
 #include "scan/workers.hpp"
 
 namespace {
 
 using Tally = std::map<std::string, float>;
 
-struct ScanArgs {
-  int step;
-  int threshold;
-  int closureMethod;
-  int closures;
-  int namesMode;
-  int polyOption;
-  bool polyFlag;
-  unsigned long long memoryLimit;
-  // The string driver votes each subchain on its own closures; the file driver lets the
-  // polynomial tally accumulate over the whole scan.
-  bool resetTallyPerSubchain;
-};
-
 constexpr int kAnalysisDirection = 1;
-
-std::string Header(const std::vector<ChainAtom>& chain) {
-  // The columns of a row: ids of the ends, 31 probability bands, the inside share, positions.
-  // An empty chain has no end atoms; its header shows 0 for both ids.
-  std::ostringstream h;
-  h << "# " << (chain.empty() ? 0 : chain.front().id) << " "
-    << (chain.empty() ? 0 : chain.back().id)
-    << " >90 >87 >84 >81 >78 >75 >72 >69 >66 >63 >60 >57 >54 >51 >48 >45 >42 >39 >36 >33 >30 "
-       ">27 >24 >21 >18 >15 >12 >9 >6 >3 >0 IN "
-    << 1 << " " << chain.size();
-  return h.str();
-}
 
 bool Unknotted(const std::string& verdict) {
   return verdict == UNKNOT || verdict == "{'1': 1.0}" || verdict == "{'1': 1}";
 }
 
-// One batch's closed copies reduced in place, wherever tresk::ReduceBatch decides; on the
-// host the chunks are handed to the workers.
-void ReduceBatch(std::vector<fPointR3>& points, std::vector<Job>& batch, int workers,
-                 const std::function<void(std::size_t)>& progress) {
-  tresk::ReduceBatch(
-      points, batch, [&](std::size_t count, const std::function<void(std::size_t)>& body) {
-        RunJobs(count, workers, body,
-                [&](std::size_t done) { progress(std::min(batch.size(), done * 8)); });
-      });
-  progress(batch.size());
-}
+// Everything one scan shares: what it computes, how it runs, and its worker threads. The
+// string driver votes each subchain on its own closures; the file driver lets the polynomial
+// tally accumulate over the whole scan.
+struct ScanRun {
+  const tresk::FingerprintParams& params;
+  const tresk::ScanOptions& options;
+  bool resetTallyPerSubchain;
+  tresk::WorkerPool pool;
+  Tally tally;
 
-// One phase of the scan over `grid`; knotted subchains are appended to `rows`.
-void RunPhase(int phase, const std::vector<ChainAtom>& chain, const std::vector<Job>& grid,
-              const ScanArgs& a, Tally& tally, std::vector<RowFile>& rows) {
-  const int workers = FingerprintWorkerCount();
+  // Runs `step` with its log text sent to the options' log stream, when there is one.
+  template <class Step> void Logged(Step&& step) {
+    if (options.log == nullptr) {
+      step();
+      return;
+    }
+    std::string text;
+    {
+      tresk::LogCapture capture(text);
+      step();
+    }
+    *options.log << text << std::flush;
+  }
+
+  // One phase of the scan over `grid`; knotted subchains are appended to `rows`.
+  void RunPhase(int phase, const std::vector<ChainAtom>& chain, const std::vector<Job>& grid,
+                std::vector<RowFile>& rows);
+  // Both phases; the rows come back in output order.
+  std::vector<RowFile> Scan(const std::vector<ChainAtom>& chain);
+};
+
+void ScanRun::RunPhase(int phase, const std::vector<ChainAtom>& chain, const std::vector<Job>& grid,
+                       std::vector<RowFile>& rows) {
+  const tresk::FingerprintParams& a = params;
   const unsigned long long total =
       a.closures > 0 ? 2ull * static_cast<unsigned long long>(a.closures) * grid.size() : 0;
   unsigned long long done = 0;
-  auto report = [&](std::size_t inPass) { ReportFingerprintProgress(phase, done + inPass, total); };
+  auto report = [&](std::size_t inPass) {
+    if (options.progress)
+      options.progress(phase, done + inPass, total);
+  };
 
   std::vector<fPointR3> points;
   std::vector<Job> batch;
@@ -83,31 +78,42 @@ void RunPhase(int phase, const std::vector<ChainAtom>& chain, const std::vector<
   unsigned int next = 0;
   bool finished = false;
   while (!finished) {
-    finished = PrepareAllInfixesFuleren(chain, points, batch, grid, next, a.closures,
-                                        a.closureMethod, a.memoryLimit);
-    ReduceBatch(points, batch, workers, report);
-    done += batch.size();
+    Logged([&] {
+      finished = PrepareAllInfixesFuleren(chain, points, batch, grid, next, a.closures,
+                                          a.closureMethod, a.memoryLimit);
+    });
+    Logged([&] {
+      // Reduced in place wherever tresk::ReduceBatch decides; on the host its chunks (8 jobs
+      // each) go to the workers.
+      tresk::ReduceBatch(
+          points, batch, [&](std::size_t count, const std::function<void(std::size_t)>& body) {
+            pool.Run(count, body,
+                     [&](std::size_t chunks) { report(std::min(batch.size(), chunks * 8)); });
+          });
+      report(batch.size());
+      done += batch.size();
 
-    // Every closed copy on its own: back to a chain, projected in one direction.
-    if (a.namesMode != 0) {
-      ordinals.assign(batch.size(), 0);
-    } else {
-      polies.assign(batch.size(), std::string());
-    }
-    RunJobs(
-        batch.size(), workers,
-        [&](std::size_t i) {
-          thread_local std::vector<ChainAtom> work;
-          CopyJobToChainAtom(points, work, batch[i]);
-          if (a.namesMode != 0) {
-            ordinals[i] = FindTheKnotInParticularDirection(work, kAnalysisDirection);
-          } else {
-            polies[i] =
-                FindTheKnotInParticularDirection_poly_string(work, a.polyOption, a.polyFlag);
-          }
-        },
-        report);
-    done += batch.size();
+      // Every closed copy on its own: back to a chain, projected in one direction.
+      if (a.namesMode != 0) {
+        ordinals.assign(batch.size(), 0);
+      } else {
+        polies.assign(batch.size(), std::string());
+      }
+      pool.Run(
+          batch.size(),
+          [&](std::size_t i) {
+            thread_local std::vector<ChainAtom> work;
+            CopyJobToChainAtom(points, work, batch[i]);
+            if (a.namesMode != 0) {
+              ordinals[i] = FindTheKnotInParticularDirection(work, kAnalysisDirection);
+            } else {
+              polies[i] =
+                  FindTheKnotInParticularDirection_poly_string(work, a.polyOption, a.polyFlag);
+            }
+          },
+          report);
+      done += batch.size();
+    });
 
     // The closures of one subchain are consecutive: vote them in job order.
     if (a.closures <= 0)
@@ -126,7 +132,7 @@ void RunPhase(int phase, const std::vector<ChainAtom>& chain, const std::vector<
         verdict = GiveTheNameOfKnot_toMatrix(counts);
         strength = GiveTheStrenghtOfKnot(counts);
       } else {
-        if (a.resetTallyPerSubchain)
+        if (resetTallyPerSubchain)
           tally.clear();
         for (std::size_t j = k; j < end; ++j) {
           tally[polies[j].empty() ? std::string("0") : polies[j]] += 1.0f;
@@ -140,48 +146,56 @@ void RunPhase(int phase, const std::vector<ChainAtom>& chain, const std::vector<
   }
 }
 
-// Both phases; the rows come back in output order.
-std::vector<RowFile> Scan(const std::vector<ChainAtom>& chain, const ScanArgs& a) {
-  Tally tally;
+std::vector<RowFile> ScanRun::Scan(const std::vector<ChainAtom>& chain) {
   std::vector<RowFile> rows;
   std::vector<Job> grid;
-  PrepareJobsFromNet(chain, grid, a.step);
-  RunPhase(1, chain, grid, a, tally, rows);
+  Logged([&] { PrepareJobsFromNet(chain, grid, params.step); });
+  RunPhase(1, chain, grid, rows);
   grid.clear();
-  PrepareJobsAroundNet(chain, grid, rows, a.step, a.threshold);
-  RunPhase(2, chain, grid, a, tally, rows);
+  Logged([&] { PrepareJobsAroundNet(chain, grid, rows, params.step, params.threshold); });
+  RunPhase(2, chain, grid, rows);
   std::sort(rows.begin(), rows.end(), WayToSortRowsToFile);
   return rows;
 }
 
-void WriteRows(std::ostream& out, const std::vector<RowFile>& rows, int namesMode) {
-  if (namesMode != 0) {
-    for (const RowFile& r : rows)
-      out << r.text << std::endl;
-    return;
-  }
-  out << "{";
-  for (std::size_t i = 0; i < rows.size(); ++i)
-    out << (i == 0 ? "" : ", ") << rows[i].text;
-  out << "}";
+tresk::FingerprintParams Params(int step, int threshold, int closureMethod, int closures,
+                                int namesMode, int polyOption, bool polyFlag,
+                                unsigned long long memoryLimit) {
+  return tresk::FingerprintParams{step,      threshold,  closureMethod, closures,
+                                  namesMode, polyOption, polyFlag,      memoryLimit};
 }
 
 } // namespace
 
+namespace tresk {
+
+std::vector<RowFile> FingerprintRows(const std::vector<ChainAtom>& chain,
+                                     const FingerprintParams& params, const ScanOptions& options) {
+  ScanRun run{params, options, false, WorkerPool(options.threads), {}};
+  return run.Scan(chain);
+}
+
+void WriteFingerprint(const std::vector<ChainAtom>& chain, std::ostream& out,
+                      const FingerprintParams& params, const ScanOptions& options) {
+  if (params.namesMode != 0)
+    out << FingerprintHeader(chain) << std::endl;
+  const std::vector<RowFile> rows = FingerprintRows(chain, params, options);
+  if (params.namesMode != 0 && rows.empty()) {
+    out << "UNKNOT\n";
+  } else {
+    WriteFingerprintRows(out, rows, params.namesMode);
+  }
+  out.flush();
+}
+
+} // namespace tresk
+
 int FindAllKnots(const std::vector<ChainAtom>& chain, std::fstream& out, int step, int threshold,
                  int closureMethod, int closures, int namesMode, int polyOption, bool polyFlag,
                  unsigned long long memoryLimit) {
-  if (namesMode != 0)
-    out << Header(chain) << std::endl;
-  const ScanArgs args{step,       threshold, closureMethod, closures, namesMode,
-                      polyOption, polyFlag,  memoryLimit,   false};
-  const std::vector<RowFile> rows = Scan(chain, args);
-  if (namesMode != 0 && rows.empty()) {
-    out << "UNKNOT\n";
-  } else {
-    WriteRows(out, rows, namesMode);
-  }
-  out.flush();
+  tresk::WriteFingerprint(chain, out,
+                          Params(step, threshold, closureMethod, closures, namesMode, polyOption,
+                                 polyFlag, memoryLimit));
   return 1;
 }
 
@@ -194,13 +208,15 @@ std::string FindAllKnots_string(const std::vector<ChainAtom>& chain, int step, i
   std::ostringstream s;
   std::string result;
   if (namesMode != 0) {
-    s << Header(chain) << "\n";
+    s << tresk::FingerprintHeader(chain) << "\n";
     result += s.str();
   }
-  const ScanArgs args{step,       threshold, closureMethod, closures, namesMode,
-                      polyOption, polyFlag,  memoryLimit,   true};
-  const std::vector<RowFile> rows = Scan(chain, args);
-  WriteRows(s, rows, namesMode);
+  const tresk::FingerprintParams params = Params(step, threshold, closureMethod, closures,
+                                                 namesMode, polyOption, polyFlag, memoryLimit);
+  const tresk::ScanOptions options;
+  ScanRun run{params, options, true, tresk::WorkerPool(1), {}};
+  const std::vector<RowFile> rows = run.Scan(chain);
+  tresk::WriteFingerprintRows(s, rows, namesMode);
   result += s.str();
   if (rows.empty()) {
     s << (namesMode != 0 ? "UNKNOT\n" : "{}");

@@ -1,11 +1,14 @@
-// The knot fingerprint (matrix) of a chain: two-phase subchain scan to a file or a string.
+// The knot fingerprint (matrix) of a chain: two-phase subchain scan to a file, a stream or a
+// string, and the options of how a scan runs (threads, progress, log).
 #pragma once
 
 #include <fstream>
+#include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
-#include "core/records.hpp" // for ChainAtom
+#include "core/records.hpp" // for ChainAtom, RowFile
 
 int FindAllKnots(const std::vector<ChainAtom>& chain, std::fstream& out, int step, int threshold,
                  int closureMethod, int closures, int namesMode, int polyOption, bool polyFlag,
@@ -13,3 +16,44 @@ int FindAllKnots(const std::vector<ChainAtom>& chain, std::fstream& out, int ste
 std::string FindAllKnots_string(const std::vector<ChainAtom>& chain, int step, int threshold,
                                 int closureMethod, int closures, int namesMode, int polyOption,
                                 bool polyFlag, unsigned long long memoryLimit);
+
+namespace tresk {
+
+// What a scan computes: the arguments of FindAllKnots (polyOption = the crossing bound of the
+// exact polynomial, polyFlag = its value at t = 12 instead; memoryLimit = the batch budget).
+struct FingerprintParams {
+  int step = 10;
+  int threshold = 20;
+  int closureMethod = 2;
+  int closures = 100;
+  int namesMode = 1;
+  int polyOption = 15;
+  bool polyFlag = false;
+  unsigned long long memoryLimit = 768000000ULL;
+};
+
+// How a scan runs. The output, the log text and the rand() sequence do not depend on it: every
+// random draw stays in the single-threaded batch preparation and results are gathered in job
+// order. The documented drivers use the defaults.
+struct ScanOptions {
+  // Threads that reduce and analyse each batch: 1 runs everything on the caller's thread,
+  // 0 uses every core (negative counts as 1). They are started once per scan.
+  int threads = 1;
+  // Called on the caller's thread: `phase` 1 is the coarse grid, 2 the refinement; `done` and
+  // `total` count closed subchain copies twice (reduced, analysed) over the whole phase.
+  std::function<void(int phase, unsigned long long done, unsigned long long total)> progress;
+  // Where the scan's log messages go, written on the caller's thread; null: tresk::Log().
+  std::ostream* log = nullptr;
+};
+
+// The knotted rows of a scan in output order, with the polynomial tally of the file driver
+// (accumulated over the whole scan).
+std::vector<RowFile> FingerprintRows(const std::vector<ChainAtom>& chain,
+                                     const FingerprintParams& params,
+                                     const ScanOptions& options = {});
+// Writes what FindAllKnots writes to its file: header and rows in names mode, "UNKNOT" when no
+// row is knotted; one dictionary in polynomial mode.
+void WriteFingerprint(const std::vector<ChainAtom>& chain, std::ostream& out,
+                      const FingerprintParams& params, const ScanOptions& options = {});
+
+} // namespace tresk

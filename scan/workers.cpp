@@ -1,61 +1,95 @@
-// Multi-threaded batch passes of the scan: dynamic hand-out of job indices, per-job capture of
-// the log stream (replayed in job order) and progress reports from the calling thread.
+// The worker pool of a scan: threads parked between passes, dynamic hand-out of job indices,
+// per-job capture of the log text (replayed in job order) and progress from the calling thread.
 #include "scan/workers.hpp"
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <exception>
-#include <iostream>
 #include <mutex>
-#include <streambuf>
 #include <string>
 #include <thread>
 #include <vector>
 
-namespace {
+#include "core/log.hpp" // for tresk::Log, tresk::LogCapture
 
-// Where the log output of the job running on this thread goes; null outside a job.
-thread_local std::string* tLogSlot = nullptr;
+namespace tresk {
 
-// Stream buffer installed in std::clog during a threaded pass: text written by a job goes to
-// that job's slot; text from any other thread goes straight to the original buffer.
-class JobLogBuffer : public std::streambuf {
-public:
-  explicit JobLogBuffer(std::streambuf* original) : original_(original) {}
+int WorkerCount(int threads) {
+  if (threads == 0) {
+    const unsigned cores = std::thread::hardware_concurrency();
+    return cores == 0 ? 1 : static_cast<int>(cores);
+  }
+  return threads < 1 ? 1 : threads;
+}
 
-protected:
-  int_type overflow(int_type c) override {
-    if (traits_type::eq_int_type(c, traits_type::eof()))
-      return traits_type::not_eof(c);
-    if (tLogSlot != nullptr) {
-      tLogSlot->push_back(traits_type::to_char_type(c));
-      return c;
+struct WorkerPool::State {
+  std::mutex mutex;
+  std::condition_variable passStarted; // workers wait here between passes
+  std::condition_variable workerDone;  // the caller waits here during a pass
+  std::vector<std::thread> threads;
+  bool stopping = false;
+
+  // The current pass; written under the mutex before `pass` changes.
+  unsigned long long pass = 0;
+  const std::function<void(std::size_t)>* body = nullptr;
+  std::vector<std::string>* logs = nullptr;
+  std::size_t count = 0;
+  std::atomic<std::size_t> next{0};
+  std::atomic<std::size_t> finished{0};
+  std::size_t workersDone = 0;
+  std::exception_ptr failure;
+
+  void Work() {
+    unsigned long long seen = 0;
+    std::unique_lock<std::mutex> lock(mutex);
+    for (;;) {
+      passStarted.wait(lock, [&] { return stopping || pass != seen; });
+      if (stopping)
+        return;
+      seen = pass;
+      lock.unlock();
+      for (std::size_t i = next.fetch_add(1); i < count; i = next.fetch_add(1)) {
+        try {
+          LogCapture capture((*logs)[i]);
+          (*body)(i);
+        } catch (...) {
+          std::lock_guard<std::mutex> guard(mutex);
+          if (!failure)
+            failure = std::current_exception();
+          next.store(count);
+        }
+        finished.fetch_add(1);
+      }
+      lock.lock();
+      ++workersDone;
+      workerDone.notify_one();
     }
-    return original_ != nullptr ? original_->sputc(traits_type::to_char_type(c))
-                                : traits_type::eof();
   }
-  std::streamsize xsputn(const char* s, std::streamsize n) override {
-    if (tLogSlot != nullptr) {
-      tLogSlot->append(s, static_cast<std::size_t>(n));
-      return n;
-    }
-    return original_ != nullptr ? original_->sputn(s, n) : 0;
-  }
-  int sync() override {
-    return tLogSlot == nullptr && original_ != nullptr ? original_->pubsync() : 0;
-  }
-
-private:
-  std::streambuf* original_;
 };
 
-} // namespace
+WorkerPool::WorkerPool(int threads) : state_(std::make_unique<State>()) {
+  const int workers = WorkerCount(threads);
+  if (workers > 1) {
+    for (int t = 0; t < workers; ++t)
+      state_->threads.emplace_back([s = state_.get()] { s->Work(); });
+  }
+}
 
-void RunJobs(std::size_t count, int workers, const std::function<void(std::size_t)>& body,
-             const std::function<void(std::size_t)>& progress) {
-  if (workers <= 1 || count <= 1) {
+WorkerPool::~WorkerPool() {
+  {
+    std::lock_guard<std::mutex> lock(state_->mutex);
+    state_->stopping = true;
+  }
+  state_->passStarted.notify_all();
+  for (std::thread& t : state_->threads)
+    t.join();
+}
+
+void WorkerPool::Run(std::size_t count, const std::function<void(std::size_t)>& body,
+                     const std::function<void(std::size_t)>& progress) {
+  State& s = *state_;
+  if (s.threads.empty() || count <= 1) {
     for (std::size_t i = 0; i < count; ++i) {
       body(i);
       progress(i + 1);
@@ -64,50 +98,23 @@ void RunJobs(std::size_t count, int workers, const std::function<void(std::size_
   }
 
   std::vector<std::string> logs(count);
-  JobLogBuffer capture(std::clog.rdbuf());
-  std::streambuf* original = std::clog.rdbuf(&capture);
-
-  std::atomic<std::size_t> nextJob{0};
-  std::atomic<std::size_t> finished{0};
-  std::mutex mutex;
-  std::condition_variable wake;
-  std::exception_ptr failure;
-
-  auto worker = [&]() {
-    for (;;) {
-      const std::size_t i = nextJob.fetch_add(1);
-      if (i >= count)
-        break;
-      tLogSlot = &logs[i];
-      try {
-        body(i);
-      } catch (...) {
-        std::lock_guard<std::mutex> lock(mutex);
-        if (!failure)
-          failure = std::current_exception();
-        nextJob.store(count);
-      }
-      tLogSlot = nullptr;
-      finished.fetch_add(1);
-      wake.notify_one();
-    }
-    wake.notify_one();
-  };
-
-  const std::size_t threadCount = std::min<std::size_t>(static_cast<std::size_t>(workers), count);
-  std::vector<std::thread> threads;
-  threads.reserve(threadCount);
-  for (std::size_t t = 0; t < threadCount; ++t)
-    threads.emplace_back(worker);
-
-  // The calling thread only reports progress, about ten times a second.
   std::size_t reported = 0;
   {
-    std::unique_lock<std::mutex> lock(mutex);
-    while (finished.load() < count && !failure) {
-      wake.wait_for(lock, std::chrono::milliseconds(100));
-      const std::size_t now = finished.load();
-      if (now != reported) {
+    std::unique_lock<std::mutex> lock(s.mutex);
+    s.body = &body;
+    s.logs = &logs;
+    s.count = count;
+    s.next.store(0);
+    s.finished.store(0);
+    s.workersDone = 0;
+    s.failure = nullptr;
+    ++s.pass;
+    s.passStarted.notify_all();
+    // Every worker checks in before the pass ends, so none still reads it when the next begins.
+    while (s.workersDone < s.threads.size()) {
+      s.workerDone.wait_for(lock, std::chrono::milliseconds(100));
+      const std::size_t now = s.finished.load();
+      if (now != reported && s.workersDone < s.threads.size()) {
         lock.unlock();
         progress(now);
         reported = now;
@@ -115,16 +122,14 @@ void RunJobs(std::size_t count, int workers, const std::function<void(std::size_
       }
     }
   }
-  for (std::thread& t : threads)
-    t.join();
-  std::clog.rdbuf(original);
 
-  for (const std::string& text : logs) {
-    if (!text.empty())
-      std::clog.write(text.data(), static_cast<std::streamsize>(text.size()));
-  }
-  if (failure)
-    std::rethrow_exception(failure);
+  std::ostream& log = Log();
+  for (const std::string& text : logs)
+    log << text;
+  if (s.failure)
+    std::rethrow_exception(s.failure);
   if (reported != count)
     progress(count);
 }
+
+} // namespace tresk

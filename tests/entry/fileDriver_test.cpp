@@ -1,140 +1,54 @@
-// The file driver: what each run type writes where, the unreadable input, the distance check,
-// and the argument order of the wrapper.
+// The file driver and the in-memory file call on bad input: no names, a missing or empty chain
+// file, an unknown run type; the output file exists (truncated) whatever happens next.
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "entry/entry.hpp"
 #include "tests/support/curves.hpp"
+#include "tests/support/datafiles.hpp"
 
-namespace {
-
-std::string TempPath(const std::string& name) {
-  return testing::TempDir() + "tresk_fileDriver_" + name;
-}
-
-void WriteText(const std::string& path, const std::string& text) {
-  std::ofstream(path) << text;
-}
-
-std::string ReadText(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-bool Exists(const std::string& path) {
-  return std::ifstream(path).good();
-}
-
-// A closed trefoil as an `id x y z` file.
-std::string WriteTrefoil(const std::string& name, double gap = 0.0) {
-  std::vector<ChainAtom> chain = zoo::TorusKnot(2, 3, 90);
-  std::ostringstream text;
-  for (std::size_t i = 0; i < chain.size(); ++i) {
-    double shift = i >= chain.size() / 2 ? gap : 0.0;
-    text << chain[i].id << " " << chain[i].x + shift << " " << chain[i].y << " " << chain[i].z
-         << "\n";
+TEST(FileDriver, BadInput) {
+  const std::string dir = testing::TempDir() + "tresk_fileDriver_";
+  std::string trefoil = zoo::SourceFile("examples/chains/trefoil_closed.xyz"),
+              empty = dir + "empty.xyz", out = dir + "out.txt", missing = dir + "missing.xyz";
+  std::ofstream(empty).close();
+  const std::string unreadable = "Unable to open file or empty file (or wrong data)!\n";
+  const struct {
+    const char* name;
+    int type;
+    char* in;
+    char* out;
+    int rc;
+    std::string verdict, err, left;
+  } cases[] = {
+      {"no input name", 0, nullptr, out.data(), -1, "", unreadable, ""},
+      {"missing file", 0, missing.data(), out.data(), -1, "", unreadable, ""},
+      {"empty file", 2, empty.data(), out.data(), -1, "", unreadable, ""},
+      {"unknown type", 1, trefoil.data(), out.data(), 0, "",
+       "\nUnpossible error with type (tresk.FindKnots()).\n", ""},
+      {"no output name", 0, trefoil.data(), nullptr, 0, "3_1(100%) \n", "", "old contents"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    std::ofstream(out) << "old contents";
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(FindKnots(c.type, c.in, c.out, 0, 10, 20, 0, 1, 0), c.rc);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), c.verdict);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), c.err);
+    std::stringstream left;
+    left << std::ifstream(out).rdbuf();
+    EXPECT_EQ(left.str(), c.left);
   }
-  std::string path = TempPath(name);
-  WriteText(path, text.str());
-  return path;
-}
-
-struct DriverRun {
-  int rc;
-  std::string out, err;
-};
-
-DriverRun Drive(int type, std::string in, std::string out, int check = 0, int method = 0,
-                int closures = 1) {
-  testing::internal::CaptureStdout();
+  // The in-memory file call without a name still scans, and writes nowhere.
   testing::internal::CaptureStderr();
-  int rc = FindKnots(type, in.data(), out.data(), check, 10, 20, method, closures, 0);
-  return {rc, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
+  EXPECT_EQ(FindKnotFingerprint(zoo::TorusKnot(2, 3, 30), nullptr, 100, 100, 0, 2, 1, 15, false,
+                                768000000ULL),
+            1);
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("Choosen 1 points"), std::string::npos);
+  std::remove(empty.c_str()), std::remove(out.c_str());
 }
-
-TEST(FileDriver, TypeZeroPrintsTheVerdictAndTruncatesTheOutputFile) {
-  std::string in = WriteTrefoil("type0.xyz");
-  std::string out = TempPath("type0.out");
-  WriteText(out, "old contents");
-  DriverRun run = Drive(0, in, out);
-  EXPECT_EQ(run.rc, 0);
-  EXPECT_EQ(run.out, "3_1(100%) \n");
-  EXPECT_TRUE(Exists(out));
-  EXPECT_EQ(ReadText(out), "");
-}
-
-TEST(FileDriver, UnknownTypeIsReportedAndStillReturnsZero) {
-  std::string in = WriteTrefoil("type1.xyz");
-  std::string out = TempPath("type1.out");
-  WriteText(out, "old contents");
-  DriverRun run = Drive(1, in, out);
-  EXPECT_EQ(run.rc, 0);
-  EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "\nUnpossible error with type (tresk.FindKnots()).\n");
-  EXPECT_EQ(ReadText(out), "");
-}
-
-TEST(FileDriver, UnreadableInputLeavesAnEmptyOutputFile) {
-  std::string empty = TempPath("empty.xyz");
-  WriteText(empty, "");
-  for (const std::string& in : {TempPath("does_not_exist.xyz"), empty}) {
-    SCOPED_TRACE(in);
-    std::string out = TempPath("unreadable.out");
-    WriteText(out, "old contents");
-    DriverRun run = Drive(0, in, out);
-    EXPECT_EQ(run.rc, -1);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "Unable to open file or empty file (or wrong data)!\n");
-    EXPECT_TRUE(Exists(out));
-    EXPECT_EQ(ReadText(out), "");
-  }
-}
-
-TEST(FileDriver, FailedDistanceCheckIsReportedAndTheRunGoesOn) {
-  std::string in = WriteTrefoil("gap.xyz", 40.0);
-  std::string out = TempPath("gap.out");
-  DriverRun run = Drive(0, in, out, /*check=*/1);
-  EXPECT_EQ(run.rc, 0);
-  std::string message = ReadText(out);
-  ASSERT_GT(message.size(), 1u);
-  EXPECT_EQ(message.back(), '\n');
-  message.pop_back();
-  EXPECT_NE(message, "OK");
-  // The same message, followed by two line ends, on the log stream.
-  EXPECT_NE(run.err.find(message + "\n\n"), std::string::npos) << run.err;
-  EXPECT_FALSE(run.out.empty()); // a verdict all the same
-
-  // An acceptable chain writes nothing anywhere.
-  std::string good = WriteTrefoil("nogap.xyz");
-  run = Drive(0, good, out, 1);
-  EXPECT_EQ(ReadText(out), "");
-  EXPECT_EQ(run.err, "");
-}
-
-TEST(FileDriver, WrapperReordersItsArguments) {
-  // MainFindKnots(in, out, 2, 1, 3, 7, 10, 20, 0) must run FindKnots(2, in, out, 1, 10, 20,
-  // 3, 7, 0): the same random sequence gives the same fingerprint file.
-  std::string in = WriteTrefoil("wrapper.xyz");
-  std::string viaMain = TempPath("wrapper_main.out");
-  std::string direct = TempPath("wrapper_direct.out");
-  testing::internal::CaptureStderr();
-  std::srand(5);
-  EXPECT_EQ(MainFindKnots(in.data(), viaMain.data(), 2, 1, 3, 7, 10, 20, 0), 0);
-  std::srand(5);
-  EXPECT_EQ(FindKnots(2, in.data(), direct.data(), 1, 10, 20, 3, 7, 0), 0);
-  std::string log = testing::internal::GetCapturedStderr();
-  EXPECT_NE(log.find("The full matrix is written to the file " + direct + ".\n"),
-            std::string::npos);
-  EXPECT_FALSE(ReadText(direct).empty());
-  EXPECT_EQ(ReadText(viaMain), ReadText(direct));
-}
-
-} // namespace

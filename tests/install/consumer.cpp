@@ -1,9 +1,18 @@
 // An application built against the installed headers and libraries: projects a small closed
-// chain, finds its crossings and checks that the status strings are there.
+// chain, finds its crossings and checks that the status strings are there. Its own global
+// names below would clash with any internal helper that leaked out of the library's headers.
 #include <iostream>
 #include <vector>
 
 #include "entry/tresk.hpp"
+
+struct Vec3 {
+  int clash;
+};
+inline int Dot(int a) {
+  return a;
+}
+struct ProjectionFrame {};
 
 int main() {
   std::vector<ChainAtom> square = {{0, 0, 0, 1}, {1, 0, 0.1, 2}, {1, 1, 0, 3}, {0, 1, 0.1, 4}};

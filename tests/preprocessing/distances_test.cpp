@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "preprocessing/chainprep.hpp"
-#include "tests/support/curves.hpp"
 #include "tests/support/datafiles.hpp"
 
 namespace {

@@ -1,0 +1,98 @@
+// The `tresk` program as a user runs it, through one runner: every command on the bundled
+// example chains, the fingerprint unchanged by threads and drawn as a PNG, and the exit
+// status and message on bad options and bad input.
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/datafiles.hpp"
+
+namespace {
+
+std::string Quote(const std::string& path) {
+  return "'" + path + "'";
+}
+
+std::string Temp(const std::string& name) {
+  return testing::TempDir() + "tresk_cli_" + name;
+}
+
+std::string Slurp(const std::string& path) {
+  std::stringstream s;
+  s << std::ifstream(path, std::ios::binary).rdbuf();
+  return s.str();
+}
+
+struct Result {
+  int status;
+  std::string out; // standard output and standard error together
+};
+
+// The one runner: the built program with these arguments.
+Result Tresk(const std::string& args) {
+  const std::string out = Temp(testing::UnitTest::GetInstance()->current_test_info()->name());
+  const int status = std::system(
+      (Quote(std::string(TRESK_BINARY_DIR) + "/tresk") + " " + args + " > " + Quote(out) + " 2>&1")
+          .c_str());
+  Result r{WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(out)};
+  std::remove(out.c_str());
+  return r;
+}
+
+#define SKIP_WITHOUT_PROGRAM()                                                                     \
+  if (!std::ifstream(std::string(TRESK_BINARY_DIR) + "/tresk").good())                             \
+  GTEST_SKIP() << "the tresk program is not built"
+
+TEST(Cli, EveryCommandAndBadInput) {
+  SKIP_WITHOUT_PROGRAM();
+  const std::string fp = Temp("1.fp"), fp2 = Temp("2.fp"), png = Temp("fp.png"),
+                    empty = Temp("empty.xyz"), dictionary = Temp("dictionary.fp");
+  std::ofstream(empty).close();
+  std::ofstream(dictionary) << "{(1, 30): {'1 -1 1': 1}}";
+  auto example = [](const char* name) { return Quote(zoo::SourceFile("examples/chains/") + name); };
+  const std::string open = example("trefoil_open.xyz"), closed = example("trefoil_closed.xyz");
+  const std::string matrix =
+      "matrix " + example("knotted_core.xyz") + " -s 30 -t 101 -n 4 --seed 3 -q -o ";
+  const struct {
+    std::string args;
+    bool ok;
+    const char* says; // in the output; "" when ok: no output at all (matrix -q, plot)
+  } cases[] = {
+      {"knot " + open + " --seed 1", true, "3_1("},
+      {"knot " + closed + " -m 0", true, "3_1(100%) \n"},
+      {"poly " + closed, true, "coefficients: 1 -1 1\n"},
+      {matrix + Quote(fp), true, ""},
+      {matrix + Quote(fp2) + " -j 2", true, ""},
+      {"plot " + Quote(fp) + " -o " + Quote(png) + " --size 400 --title knotted", true, ""},
+      {"", false, "subcommand"},
+      {"knot /nonexistent/chain.xyz", false, "/nonexistent/chain.xyz"},
+      {"knot " + Quote(empty), false, "Unable to open file"},
+      {"knot " + open + " -m 9", false, "9"},
+      {"poly " + Quote(empty), false, "tresk poly: cannot read a chain"},
+      {"matrix " + Quote(empty) + " -o x.fp", false, "tresk matrix: cannot read a chain"},
+      {"matrix " + open + " -o /nonexistent/x.fp", false, "tresk matrix: cannot write"},
+      {"matrix " + open + " -o x.fp -j -1", false, "-1"},
+      {"plot " + Quote(dictionary) + " -o x.png", false, "line 1: not the header"},
+      {"plot " + Quote(dictionary) + " -o x.jpg --size 100", false, "100"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.args);
+    const Result r = Tresk(c.args);
+    EXPECT_EQ(r.status == 0, c.ok) << r.out;
+    EXPECT_NE(r.out.find(c.says), std::string::npos) << r.out;
+    EXPECT_TRUE(!c.ok || *c.says != '\0' || r.out.empty()) << r.out;
+  }
+  EXPECT_NE(Slurp(fp).find(" 3_1 "), std::string::npos) << Slurp(fp); // -q: nothing else
+  EXPECT_EQ(Slurp(fp2), Slurp(fp));                                   // the same on two threads
+  EXPECT_EQ(Slurp(png).substr(0, 8), "\x89PNG\r\n\x1a\n");
+  for (const std::string& path : {fp, fp2, png, empty, dictionary})
+    std::remove(path.c_str());
+}
+
+} // namespace
