@@ -5,7 +5,7 @@ reader must get right: a TER record inside chain A (the chain goes on after it),
 selenomethionine written as HETATM, two alternate locations of the CA of residue 15 (B has the
 higher occupancy), an inserted residue 25A, a water and a ligand in chain A, a second chain B and
 a second model. In the mmCIF files the label chain ids (P, Q) differ from the author ids (A, B).
-Run from this folder: python3 make_structures.py ../repro/ssbond73.pdb"""
+Run from tests/data/structures: python3 ../../../tools/make_test_structures.py ../repro/ssbond73.pdb"""
 import gzip
 import sys
 
