@@ -1,17 +1,18 @@
-// The GPU path against the host path on one large batch: every job's length and reduced points
+// The GPU path against the reference on one large batch: every job's length and reduced points
 // must agree bit for bit. Skipped where no CUDA device is present (or the build has no CUDA).
 #include <cstring>
 
 #include <gtest/gtest.h>
 
 #include "reduction/KknotsSimpler_closed.hpp"
-#include "reduction/hostBatch.hpp"
+#include "reduction/batch.hpp"
 #include "tests/reduction/chains.hpp"
+#include "tests/support/reduce_reference.hpp"
 
 namespace {
 
-TEST(ChainReduceDevice, SameReductionsAsTheHost) {
-  if (!ChainReduceHasDevice())
+TEST(ChainReduceDevice, SameReductionsAsTheReference) {
+  if (!tresk::ReduceBatchUsesDevice())
     GTEST_SKIP() << "no CUDA device: the GPU path is not taken";
   std::vector<fPointR3> buffer;
   std::vector<Job> jobs;
@@ -19,7 +20,6 @@ TEST(ChainReduceDevice, SameReductionsAsTheHost) {
     jobs.push_back(
         {static_cast<int32_t>(buffer.size()), static_cast<int32_t>(c.size()), 0, 0, 0, 0});
     buffer.insert(buffer.end(), c.begin(), c.end());
-    buffer.insert(buffer.end(), 2, c.empty() ? fPointR3{0, 0, 0} : c.back());
   };
   // More jobs than the launch has threads, so that the grid-stride loop is exercised.
   for (unsigned seed = 0; seed < 600000; ++seed) {
@@ -27,18 +27,17 @@ TEST(ChainReduceDevice, SameReductionsAsTheHost) {
     add(seed % 2 ? reduction_chains::RandomWalk(n, seed)
                  : reduction_chains::LatticeWalk(n, seed, 1 + seed % 4));
   }
-  for (const reduction_chains::NamedChain& c : reduction_chains::Suite(2))
+  for (const reduction_chains::NamedChain& c : reduction_chains::Suite())
     add(c.points);
   std::vector<fPointR3> deviceBuffer = buffer, hostBuffer = buffer;
   std::vector<Job> deviceJobs = jobs, hostJobs = jobs;
   EXPECT_EQ(ChainReduceANY(deviceBuffer, deviceJobs, true), 0);
-  ChainReduceCPU(hostBuffer, hostJobs);
+  reference::ChainReduceReference(hostBuffer, hostJobs);
   for (size_t j = 0; j < jobs.size(); ++j) {
     ASSERT_EQ(deviceJobs[j].length, hostJobs[j].length) << "job " << j;
     ASSERT_EQ(deviceJobs[j].begin, jobs[j].begin) << "job " << j;
-    const int len = hostJobs[j].length;
     ASSERT_EQ(std::memcmp(&deviceBuffer[jobs[j].begin], &hostBuffer[jobs[j].begin],
-                          len * sizeof(fPointR3)),
+                          hostJobs[j].length * sizeof(fPointR3)),
               0)
         << "job " << j;
   }
