@@ -10,32 +10,24 @@
 namespace reference {
 
 int ReduceClosedChain(fPointR3* points, int n) {
-  auto blocks = [](fPointR3 a, fPointR3 b, fPointR3 c, fPointR3 p, fPointR3 q) {
-    fPointR3 triangle[3] = {a, b, c}, segment[2] = {p, q};
-    return intersection(triangle, segment) != 0;
-  };
-  for (;;) {
-    if (n < 4)
-      return n;
-    int erase = -1;
-    // The corner i = n-1 would lose P[0], which is never removed: the scan ends before it.
-    for (int i = 0; i < n - 1 && erase < 0; ++i) {
-      const fPointR3 a = points[i], b = points[i + 1], c = points[(i + 2) % n];
-      bool blocked = false;
-      for (int k = 0; k <= i - 2 && !blocked; ++k)
-        blocked = blocks(a, b, c, points[k], points[k + 1]);
-      for (int k = i + 3; k <= n - 2 && !blocked; ++k)
-        blocked = blocks(a, b, c, points[k], points[k + 1]);
-      if (!blocked && 0 < i && i < n - 3)
-        blocked = blocks(a, b, c, points[n - 1], points[0]);
-      if (!blocked)
-        erase = i + 1;
+  // The corner i = n-1 would lose P[0], which is never removed: the scan ends before it.
+  for (int i = 0; n >= 4 && i < n - 1; ++i) {
+    fPointR3 triangle[3] = {points[i], points[i + 1], points[(i + 2) % n]};
+    bool blocked = false;
+    for (int k = 0; k <= n - 2 && !blocked; ++k) {
+      if (k <= i - 2 || k >= i + 3)
+        blocked = intersection(triangle, points + k) != 0;
     }
-    if (erase < 0)
-      return n;
-    std::copy(points + erase + 1, points + n, points + erase);
-    --n;
+    if (!blocked && 0 < i && i < n - 3) {
+      fPointR3 closing[2] = {points[n - 1], points[0]};
+      blocked = intersection(triangle, closing) != 0;
+    }
+    if (!blocked) { // remove P[i+1] and start again
+      std::copy(points + i + 2, points + n, points + i + 1);
+      --n, i = -1;
+    }
   }
+  return n;
 }
 
 int ChainReduceReference(std::vector<fPointR3>& buffer, std::vector<Job>& jobs) {
