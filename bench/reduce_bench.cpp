@@ -1,5 +1,5 @@
-// Batch reduction of 1,000 closed random chains of 300 points: the plain reduction, the fast
-// host path (ChainReduceCPU) and, where a CUDA device is present, one GPU launch.
+// Batch reduction of 1,000 closed random chains of 300 points: the plain reference reduction,
+// the host path (ChainReduceCPU) and, where a CUDA device is present, one GPU launch.
 // Two kinds of chains: free random walks, and walks confined to a sphere (compact, knotted
 // coils, much like the closed subchains of a protein scan).
 #include <cmath>
@@ -10,7 +10,8 @@
 #include <benchmark/benchmark.h>
 
 #include "reduction/KknotsSimpler_closed.hpp"
-#include "reduction/hostBatch.hpp"
+#include "reduction/batch.hpp"                // for tresk::ReduceBatchUsesDevice
+#include "tests/support/reduce_reference.hpp" // for reference::ChainReduceReference
 
 namespace {
 
@@ -82,13 +83,13 @@ int ReduceOnDevice(std::vector<fPointR3>& points, std::vector<Job>& jobs) {
 }
 
 void BM_PlainWalks(benchmark::State& s) {
-  RunBatch<ChainReduceReference>(s, Walks());
+  RunBatch<reference::ChainReduceReference>(s, Walks());
 }
 void BM_FastWalks(benchmark::State& s) {
   RunBatch<ChainReduceCPU>(s, Walks());
 }
 void BM_PlainCoils(benchmark::State& s) {
-  RunBatch<ChainReduceReference>(s, Coils());
+  RunBatch<reference::ChainReduceReference>(s, Coils());
 }
 void BM_FastCoils(benchmark::State& s) {
   RunBatch<ChainReduceCPU>(s, Coils());
@@ -110,7 +111,7 @@ int main(int argc, char** argv) {
                   benchmark::RegisterBenchmark("FastCoils", BM_FastCoils)}) {
     b->Unit(benchmark::kMillisecond);
   }
-  if (ChainReduceHasDevice()) {
+  if (tresk::ReduceBatchUsesDevice()) {
     benchmark::RegisterBenchmark("KernelWalks", BM_KernelWalks)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("KernelCoils", BM_KernelCoils)->Unit(benchmark::kMillisecond);
   } else {

@@ -1,7 +1,9 @@
-// The segment-triangle test and the plain empty-triangle reduction of one closed
-// single-precision chain, written once for the host and the GPU (TRESK_HD) so that both paths
-// run the same code. Compile without floating-point contraction on both sides.
+// The single-precision reduction of one closed chain by empty corners: the segment-triangle test
+// and the reduction built on it, written once for the host batch and the GPU kernel (TRESK_HD)
+// so that both run the same code. Compile without floating-point contraction on both sides.
 #pragma once
+
+#include <math.h> // for fabsf (host and device)
 
 #include "core/points.hpp" // for fPointR3
 
@@ -11,11 +13,11 @@
 #define TRESK_HD
 #endif
 
+namespace tresk {
+
 // det[a b c] of the columns a, b, c, always expanded in this order and grouping so that the
-// host and the device round identically. `V` is fPointR3, or a point of several lanes for the
-// host's vectorised test.
-template <class V>
-TRESK_HD inline auto ReduceDet3(const V& a, const V& b, const V& c) -> decltype(a.x * b.y) {
+// host and the device round identically.
+TRESK_HD inline float ReduceDet3(const fPointR3& a, const fPointR3& b, const fPointR3& c) {
   return a.x * b.y * c.z + a.y * b.z * c.x + b.x * a.z * c.y -
          (c.x * b.y * a.z + c.y * b.z * a.x + b.x * c.z * a.y);
 }
@@ -64,41 +66,344 @@ TRESK_HD inline int SegmentTriangleTest(const fPointR3* triangle, const fPointR3
   return 0;
 }
 
-// The plain reduction of the closed chain points[0..n-1], in place; returns the new size.
-// Scans the corners i = 0, 1, ... : the triangle (P[i], P[i+1], P[i+2 mod n]) is tested
-// against the chain before it (segments 0 .. i-2), then after it (segments i+3 .. n-2), then
-// the closing segment (P[n-1], P[0]) when 0 < i < n-3; the first corner that no segment blocks
-// loses its middle point (later points move down one place) and the scan starts again at 0.
-// `blocks[r]` says whether a test result r (0, 1, 2) blocks a corner: {false, true, true}.
-// The corner i = n-1 is not tested: its middle point would be P[0], which is never removed, so
-// the scan ends there whatever the test says. Chains of fewer than 4 points are left alone.
-TRESK_HD inline int ReduceClosedChain(fPointR3* points, int n, const bool* blocks) {
-  for (;;) {
-    if (n < 4)
-      return n;
-    int erase = -1;
-    for (int i = 0; i < n - 1 && erase < 0; ++i) {
-      const fPointR3 triangle[3] = {points[i], points[i + 1], points[(i + 2) % n]};
-      bool blocked = false;
-      if (i >= 2) {
-        for (int k = 0; k <= i - 2 && !blocked; ++k)
-          blocked = blocks[SegmentTriangleTest(triangle, points + k)];
-      }
-      if (!blocked && i <= n - 5) {
-        for (int k = i + 3; k <= n - 2 && !blocked; ++k)
-          blocked = blocks[SegmentTriangleTest(triangle, points + k)];
-      }
-      if (!blocked && 0 < i && i < n - 3) {
-        const fPointR3 closing[2] = {points[n - 1], points[0]};
-        blocked = blocks[SegmentTriangleTest(triangle, closing)];
-      }
-      if (!blocked)
-        erase = i + 1;
-    }
-    if (erase < 0)
-      return n;
-    for (int k = erase; k < n - 1; ++k)
-      points[k] = points[k + 1];
-    --n;
-  }
+// A point still present, in the compact list of the reduction: coordinates and original position.
+struct ReducePoint {
+  float x, y, z;
+  int position;
+};
+
+// Working memory of the reduction: per point kReduceIntsPerPoint ints and one ReducePoint. A
+// batch lays both out parallel to its point buffer (the job starting at position b uses the
+// entries from b times the count per point on), so one allocation serves every job.
+constexpr int kReduceIntsPerPoint = 10;
+struct ReduceScratch {
+  int* ints;
+  ReducePoint* points;
+};
+
+TRESK_HD inline ReduceScratch ReduceScratchAt(ReduceScratch base, long long begin) {
+  return ReduceScratch{base.ints + begin * kReduceIntsPerPoint, base.points + begin};
 }
+
+// The reduction removes the middle point of the first corner (in chain order) that no tested
+// segment blocks, then looks again from the beginning; the result equals that plain scan's.
+// Here the chain is a cyclic linked list over the original positions (point 0 is never
+// removed, and removal keeps the order, so "chain order" is the order of original positions),
+// and each corner m (triangle prev(m), m, next(m)) remembers one segment that blocked it. That
+// memory stays true as long as the segment still exists, the corner still has the same
+// neighbours and the segment is still one that the corner is tested against; all three are
+// checked before the memory is trusted, otherwise the corner is tested again against every
+// segment it is tested against.
+//
+// After removing x (neighbours a, b) the only corners before x whose memory can fail are a
+// itself and the corners blocked by the two vanished segments (a, x) and (x, b): the corner
+// lists per segment start find those, and the next search starts at the first of them. All
+// corners before that point are still blocked, exactly as a restart of the plain scan would
+// find them.
+//
+// A corner that must be tested again first skips every segment whose ends lie clearly on one
+// side of the corner's plane: a conservative rounding-error bound proves that the test would
+// answer 0 for it (see MissesBySide).
+namespace reduce_detail {
+
+// The working state of one reduction; every array has one entry per original position.
+struct Cycle {
+  fPointR3* points;
+  int n;
+  // Cyclic neighbours of the points still present; next is -1 once a point is removed (its
+  // prev keeps the neighbour it had then).
+  int* prev;
+  int* next;
+  // Corner m is blocked by the segment (witStart, witEnd), found while its neighbours were
+  // (cornerPrev, cornerNext); witStart -1: not known. lastStart keeps the latest blocker's
+  // start after it is forgotten, as the first segment to try next time.
+  int* witStart;
+  int* witEnd;
+  int* cornerPrev;
+  int* cornerNext;
+  int* lastStart;
+  // Per segment start, the corners that it blocks, as a doubly linked list.
+  int* head;
+  int* linkNext;
+  int* linkPrev;
+  // The points still present, in chain order.
+  int size;
+  ReducePoint* compact;
+  const bool* blocks; // blocks[r]: whether a test result r blocks a corner
+  bool sideTest;      // every coordinate finite and within kSideRange: the side proof is sound
+  fPointR3 lo, hi;    // the bounding box of all points (with sideTest)
+};
+
+TRESK_HD inline int Min(int a, int b) {
+  return a < b ? a : b;
+}
+
+// Whether corner m is tested against the segment (s, next(s)): every segment that touches the
+// corner's points is left out, except that the last corner (whose third point is point 0) is
+// still tested against the segment starting at point 0.
+TRESK_HD inline bool Tested(const Cycle& c, int m, int s) {
+  const int p = c.prev[m];
+  if (s == m || s == p || s == c.prev[p])
+    return false;
+  return c.next[m] == 0 || s != c.next[m];
+}
+
+// A removed witness has next -1, never equal to the remembered end.
+TRESK_HD inline bool StillBlocked(const Cycle& c, int m) {
+  const int s = c.witStart[m];
+  return s >= 0 && c.next[s] == c.witEnd[m] && c.prev[m] == c.cornerPrev[m] &&
+         c.next[m] == c.cornerNext[m] && Tested(c, m, s);
+}
+
+TRESK_HD inline bool Blocks(const Cycle& c, const fPointR3* triangle, int s) {
+  const fPointR3 segment[2] = {c.points[s], c.points[c.next[s]]};
+  return c.blocks[SegmentTriangleTest(triangle, segment)];
+}
+
+TRESK_HD inline void Unlink(Cycle& c, int m) {
+  const int s = c.witStart[m];
+  if (s < 0)
+    return;
+  if (c.linkPrev[m] >= 0) {
+    c.linkNext[c.linkPrev[m]] = c.linkNext[m];
+  } else {
+    c.head[s] = c.linkNext[m];
+  }
+  if (c.linkNext[m] >= 0)
+    c.linkPrev[c.linkNext[m]] = c.linkPrev[m];
+  c.witStart[m] = -1;
+}
+
+TRESK_HD inline bool Remember(Cycle& c, int m, int s) {
+  Unlink(c, m);
+  c.witStart[m] = s;
+  c.witEnd[m] = c.next[s];
+  c.cornerPrev[m] = c.prev[m];
+  c.cornerNext[m] = c.next[m];
+  c.lastStart[m] = s;
+  c.linkPrev[m] = -1;
+  c.linkNext[m] = c.head[s];
+  if (c.head[s] >= 0)
+    c.linkPrev[c.head[s]] = m;
+  c.head[s] = m;
+  return true;
+}
+
+// A cheap proof that a segment misses a corner's triangle, so that most segments skip the full
+// test. With n = e1 x e2 (the test's own float e1, e2, taken as exact), the test's determinants
+// are D = n.(P - Q) = hP - hQ and N = n.(P - A) = hP, where hX = n.(X - A), and s = N / D.
+// When P and Q lie on the same side of the plane, s is < 0 (|hP| < |hQ|) or > 1 (|hP| > |hQ|).
+// Error bounds (u = 2^-24, k_i = |e1_j e2_k| + |e1_k e2_j|, gX = k.|X - A|):
+//  - the test rounds P - Q and P - A once and each term of a determinant's fixed expansion at
+//    most five times, so |D_float - D| <= 6.01u k.|P - Q| <= 6.01u (gP + gQ) and
+//    |N_float - N| <= 6.01u gP;
+//  - hX and gX evaluated in float (n_i, k_i with two roundings, X - A with one, the dot
+//    products with three) give a computed hX within 6.1u gX of the exact one and a computed gX
+//    of at least (1 - 7u) times the exact one;
+//  - coordinates within kSideRange keep every product below 5e37 (no overflow), and float
+//    underflow adds less than 1e-31 to any of these errors.
+// The check below uses eD = 64u (gP + gQ) + 1e-30 >= eN = 64u gP + 1e-30, far above the sum
+// of all of these and of its own roundings (a few u relative). With a = |hP|, b = |hQ| it asks
+// for the same strict sign, |a - b| > eD and min(a, b) >= eN + eD + 1e-4 (|a - b| + eD); then
+// for the exact quantities
+//  - D_float is not 0 (no degenerate answer) and has the sign of D;
+//  - a > b: N_float / D_float >= (a - eN) / (a - b + eD) > 1.00009, so s_float > 1.00001f;
+//  - a < b: N_float / D_float <= -(a - eN) / (b - a + eD) < -0.9e-4, so s_float < -1e-5f;
+// the division rounds by at most a factor 1 +- u (an overflow to infinity keeps the sign), so
+// the test leaves with 0 at its band check on s. NaN fails every comparison: no skip.
+// Every gX is replaced by one bound G per corner, k.W with W_i = max(hi_i - A_i, A_i - lo_i)
+// over the chain's bounding box [lo, hi]: computed with the same float operations, G is at
+// least every computed gX (rounding is monotone), and the check only gets stricter as eN and
+// eD grow. So each point costs only its hX; the box is a few times the chain's spacing, far
+// below the heights the check needs to fail, so few proofs are lost.
+constexpr float kSideRange = 1e12f;
+constexpr float kSideRel = 64.0f / 16777216.0f;
+constexpr float kSideAbs = 1e-30f;
+
+// Whether every coordinate is finite and within kSideRange; then also the bounding box.
+TRESK_HD inline bool InSideRange(const fPointR3* points, int n, fPointR3& lo, fPointR3& hi) {
+  lo = hi = points[0];
+  for (int i = 0; i < n; ++i) {
+    const fPointR3& p = points[i];
+    if (!(fabsf(p.x) <= kSideRange && fabsf(p.y) <= kSideRange && fabsf(p.z) <= kSideRange))
+      return false;
+    lo.x = p.x < lo.x ? p.x : lo.x, hi.x = p.x > hi.x ? p.x : hi.x;
+    lo.y = p.y < lo.y ? p.y : lo.y, hi.y = p.y > hi.y ? p.y : hi.y;
+    lo.z = p.z < lo.z ? p.z : lo.z, hi.z = p.z > hi.z ? p.z : hi.z;
+  }
+  return true;
+}
+
+// The plane data of one corner: its first point A, n = e1 x e2, and eN, eD from the bound G.
+struct Plane {
+  fPointR3 a, n;
+  float eN, eD;
+};
+
+TRESK_HD inline float Larger(float a, float b) {
+  return a > b ? a : b;
+}
+
+TRESK_HD inline Plane PlaneOf(const Cycle& c, const fPointR3* triangle) {
+  const fPointR3 a = triangle[0];
+  const fPointR3 e1 = ReduceSub(triangle[1], a);
+  const fPointR3 e2 = ReduceSub(triangle[2], a);
+  const float yz = e1.y * e2.z, zy = e1.z * e2.y;
+  const float zx = e1.z * e2.x, xz = e1.x * e2.z;
+  const float xy = e1.x * e2.y, yx = e1.y * e2.x;
+  const fPointR3 k{fabsf(yz) + fabsf(zy), fabsf(zx) + fabsf(xz), fabsf(xy) + fabsf(yx)};
+  const fPointR3 w{Larger(c.hi.x - a.x, a.x - c.lo.x), Larger(c.hi.y - a.y, a.y - c.lo.y),
+                   Larger(c.hi.z - a.z, a.z - c.lo.z)};
+  const float g = k.x * w.x + k.y * w.y + k.z * w.z;
+  return Plane{a, fPointR3{yz - zy, zx - xz, xy - yx}, kSideRel * g + kSideAbs,
+               kSideRel * (g + g) + kSideAbs};
+}
+
+// hX of compact point k.
+TRESK_HD inline float HeightOf(const Cycle& c, const Plane& f, int k) {
+  const ReducePoint& p = c.compact[k];
+  return f.n.x * (p.x - f.a.x) + f.n.y * (p.y - f.a.y) + f.n.z * (p.z - f.a.z);
+}
+
+// Whether the segment (P, Q) is proved to miss, given hP and hQ. The sign test is a product
+// (an underflow to 0 only loses a proof).
+TRESK_HD inline bool MissesBySide(const Plane& f, float hp, float hq) {
+  const float a = fabsf(hp), b = fabsf(hq);
+  const float gap = fabsf(a - b);
+  const float least = a < b ? a : b;
+  return hp * hq > 0.0f && gap > f.eD && least >= f.eN + f.eD + 1e-4f * (gap + f.eD);
+}
+
+// Takes point x out of the compact list; it holds positions in increasing order.
+TRESK_HD inline void Uncompact(Cycle& c, int x) {
+  int lo = 0, hi = c.size; // the first k with position >= x
+  while (lo < hi) {
+    const int mid = lo + (hi - lo) / 2;
+    if (c.compact[mid].position < x) {
+      lo = mid + 1;
+    } else {
+      hi = mid;
+    }
+  }
+  const int size = --c.size;
+  ReducePoint* compact = c.compact;
+  for (int k = lo; k < size; ++k)
+    compact[k] = compact[k + 1];
+}
+
+// Tests corner m afresh; remembers a blocker and returns true, or returns false when the corner
+// is free. The segment that replaced the last blocker is tried first: it lies where the old one
+// did and is the likeliest to block again. The rest follow in chain order, except those proved
+// to miss (they would not block, so whether the corner is blocked does not change). Compact
+// segment k runs from compact point k to k + 1, the last one back to point 0.
+TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
+  const fPointR3 triangle[3] = {c.points[c.prev[m]], c.points[m], c.points[c.next[m]]};
+  int hint = c.lastStart[m];
+  if (hint >= 0) {
+    while (c.next[hint] < 0)
+      hint = c.prev[hint]; // positions only fall, and point 0 stays
+    if (Tested(c, m, hint) && Blocks(c, triangle, hint))
+      return Remember(c, m, hint);
+  }
+  if (!c.sideTest) {
+    for (int k = 0; k < c.size; ++k) {
+      const int s = c.compact[k].position;
+      if (s != hint && Tested(c, m, s) && Blocks(c, triangle, s))
+        return Remember(c, m, s);
+    }
+    return false;
+  }
+  const Plane plane = PlaneOf(c, triangle);
+  const float first = HeightOf(c, plane, 0);
+  float hp = first;
+  for (int k = 0; k < c.size; ++k) {
+    const float hq = k + 1 < c.size ? HeightOf(c, plane, k + 1) : first;
+    if (!MissesBySide(plane, hp, hq)) {
+      const int s = c.compact[k].position;
+      if (s != hint && Tested(c, m, s) && Blocks(c, triangle, s))
+        return Remember(c, m, s);
+    }
+    hp = hq;
+  }
+  return false;
+}
+
+// Forgets every corner blocked by the segment starting at s; returns the first of them.
+TRESK_HD inline int Forget(Cycle& c, int s) {
+  int first = c.n;
+  for (int m = c.head[s]; m >= 0; m = c.linkNext[m]) {
+    first = Min(first, m);
+    c.witStart[m] = -1;
+  }
+  c.head[s] = -1;
+  return first;
+}
+
+// Removes point x and returns the corner where the search for the next free corner starts.
+TRESK_HD inline int Remove(Cycle& c, int x) {
+  const int a = c.prev[x];
+  const int b = c.next[x];
+  Unlink(c, x);
+  int cursor = a != 0 ? a : b; // corner a changed; point 0 heads no corner
+  cursor = Min(cursor, Forget(c, a));
+  cursor = Min(cursor, Forget(c, x));
+  c.next[a] = b;
+  c.prev[b] = a;
+  c.next[x] = -1;
+  Uncompact(c, x);
+  return cursor;
+}
+
+} // namespace reduce_detail
+
+// Reduces the closed chain points[0..n-1] in place and returns the new size: the first corner
+// (triangle P[i], P[i+1], P[i+2 mod n], in chain order) that no tested segment blocks loses its
+// middle point, until every corner is blocked or 3 points are left. Corner i is tested against
+// the segments before it (0 .. i-2), after it (i+3 .. n-2) and the closing segment when
+// 0 < i < n-3. `blocks[r]` says whether a test result r (0, 1, 2) blocks a corner; it must be
+// {false, true, true}. `scratch` holds n points' worth of words. Only points[0..result-1] are
+// written. Chains of fewer than 4 points (and negative sizes) are returned unchanged.
+TRESK_HD inline int ReduceChain(fPointR3* points, int n, ReduceScratch scratch,
+                                const bool* blocks) {
+  if (n < 4)
+    return n;
+  reduce_detail::Cycle c;
+  c.points = points;
+  c.n = n;
+  int** ints[] = {&c.prev,       &c.next,      &c.witStart, &c.witEnd,   &c.cornerPrev,
+                  &c.cornerNext, &c.lastStart, &c.head,     &c.linkNext, &c.linkPrev};
+  for (int i = 0; i < kReduceIntsPerPoint; ++i)
+    *ints[i] = scratch.ints + i * n;
+  c.compact = scratch.points;
+  c.size = n;
+  c.blocks = blocks;
+  c.sideTest = reduce_detail::InSideRange(points, n, c.lo, c.hi);
+  for (int i = 0; i < n; ++i) {
+    c.prev[i] = i == 0 ? n - 1 : i - 1;
+    c.next[i] = i == n - 1 ? 0 : i + 1;
+    c.witStart[i] = -1;
+    c.lastStart[i] = -1;
+    c.head[i] = -1;
+    c.compact[i] = ReducePoint{points[i].x, points[i].y, points[i].z, i};
+  }
+  int count = n;
+  int cursor = c.next[0];
+  while (count >= 4) {
+    int m = cursor;
+    while (m != 0 && (reduce_detail::StillBlocked(c, m) || reduce_detail::FindBlocker(c, m)))
+      m = c.next[m];
+    if (m == 0)
+      break; // every corner up to the last point is blocked
+    cursor = reduce_detail::Remove(c, m);
+    --count;
+  }
+  int k = 0;
+  int v = 0;
+  do { // compact towards the front; v >= k, so nothing is overwritten before it is read
+    points[k++] = points[v];
+    v = c.next[v];
+  } while (v != 0);
+  return count;
+}
+
+} // namespace tresk
