@@ -7,7 +7,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "core/records.hpp" // for ChainAtom
+#include "core/records.hpp"            // for ChainAtom
+#include "preprocessing/readChain.hpp" // for tresk::ReadOptions
 
 // `tresk knot` and `tresk poly`: the knot of one chain.
 void RegisterKnotCommands(CLI::App& app);
@@ -22,5 +23,15 @@ void AddChainFile(CLI::App* command, std::string& file,
                                             "or mmCIF (C-alpha atoms)");
 // Seeds rand() with `seed`, or from the clock when it is negative.
 void SeedRandom(long long seed);
-// The chain in `file`; otherwise "tresk COMMAND: cannot read a chain from FILE" and status 1.
-std::vector<ChainAtom> ReadChainOrFail(const std::string& file, const std::string& command);
+// --chain, --model and --atom: which chain of a structure file is read.
+void AddChainChoice(CLI::App* command, tresk::ReadOptions& choice);
+// The chosen chain of `file`, with the chain, its size and its breaks said on standard error for
+// structure files; otherwise "tresk COMMAND: cannot read a chain from FILE: why" and status 1.
+std::vector<ChainAtom> ReadChainOrFail(const std::string& file, const tresk::ReadOptions& choice,
+                                       const std::string& command);
+// Status 1 with a message when `output` names the same file as `input` (writing it first would
+// destroy the input).
+void RefuseOverwritingInput(const std::string& input, const std::string& output,
+                            const std::string& command);
+// Status 1 with a message when a stream could not write everything (a full disk, /dev/full).
+void FailUnlessWritten(std::ostream& out, const std::string& path, const std::string& command);

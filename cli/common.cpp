@@ -1,11 +1,13 @@
-// What the sub-commands of `tresk` share: the chain-file argument, seeding the random closures,
-// reading a chain or failing with a message.
+// What the sub-commands of `tresk` share: the chain-file argument and chain choice, seeding the
+// random closures, reading a chain or failing with a message, guarding the outputs.
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <iostream>
 
 #include "cli/commands.hpp"
-#include "entry/api.hpp" // for tresk::ReadChain
+#include "entry/api.hpp"               // for tresk::ReadChain
+#include "preprocessing/chainprep.hpp" // for CheckDistancesBetweenAtoms
 
 void Fail(int status) {
   throw CLI::RuntimeError(status);
@@ -19,12 +21,53 @@ void SeedRandom(long long seed) {
   std::srand(seed >= 0 ? static_cast<unsigned>(seed) : static_cast<unsigned>(std::time(nullptr)));
 }
 
-std::vector<ChainAtom> ReadChainOrFail(const std::string& file, const std::string& command) {
-  tresk::ReadResult read = tresk::ReadChain(file);
+void AddChainChoice(CLI::App* command, tresk::ReadOptions& choice) {
+  command->add_option("--chain", choice.chain,
+                      "Chain of a PDB/mmCIF file: author chain id (or mmCIF label id); default: "
+                      "the first polymer chain");
+  command->add_option("--model", choice.model, "Model of a PDB/mmCIF file (default: model 1)")
+      ->check(CLI::Range(1, 1000000));
+  command
+      ->add_option("--atom", choice.atom,
+                   "Backbone atom taken per residue: CA for proteins, P for nucleic acids")
+      ->capture_default_str();
+}
+
+std::vector<ChainAtom> ReadChainOrFail(const std::string& file, const tresk::ReadOptions& choice,
+                                       const std::string& command) {
+  tresk::ReadResult read = tresk::ReadChain(file, choice);
   if (!read.error.empty()) {
     std::cerr << "tresk " << command << ": cannot read a chain from " << file << ": " << read.error
               << "\n";
     Fail(1);
   }
+  if (!read.chain.empty()) {
+    // Breaks as the distance check finds them (it lists at most 20 problems).
+    const std::string distances = CheckDistancesBetweenAtoms(read.atoms);
+    int breaks = 0;
+    for (std::size_t at = distances.find("Chain break"); at != std::string::npos;
+         at = distances.find("Chain break", at + 1))
+      ++breaks;
+    std::cerr << "chain " << read.chain << " of model " << read.model << ": " << read.atoms.size()
+              << " " << choice.atom << " atoms, " << breaks << " chain breaks\n";
+  }
   return std::move(read.atoms);
+}
+
+void RefuseOverwritingInput(const std::string& input, const std::string& output,
+                            const std::string& command) {
+  std::error_code error;
+  if (std::filesystem::equivalent(input, output, error)) {
+    std::cerr << "tresk " << command << ": the output " << output
+              << " is the input file; choose another name\n";
+    Fail(1);
+  }
+}
+
+void FailUnlessWritten(std::ostream& out, const std::string& path, const std::string& command) {
+  out.flush();
+  if (!out) {
+    std::cerr << "tresk " << command << ": could not write " << path << "\n";
+    Fail(1);
+  }
 }

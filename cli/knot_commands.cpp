@@ -1,5 +1,6 @@
 // `tresk knot` (the knot type of a whole open chain, voted over many random closures) and
 // `tresk poly` (the Alexander polynomial of one projection of a closed chain).
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -10,7 +11,8 @@
 #include "chain/direction.hpp"       // for FindTheKnotInParticularDirection_poly
 #include "cli/commands.hpp"
 #include "crossings/crossings.hpp"     // for FindAllCrossings
-#include "entry/entry.hpp"             // for FindKnots
+#include "entry/api.hpp"               // for tresk::PolymerChains
+#include "entry/entry.hpp"             // for FindMajorKnot, GiveTheNameOfKnot
 #include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, knots
 #include "preprocessing/chainprep.hpp" // for ChainReduce, ProjectChain
 
@@ -20,31 +22,73 @@ constexpr int kExactCrossingBound = 16; // the bound the library uses for one pr
 
 struct KnotOptions {
   std::string file;
+  tresk::ReadOptions choice;
+  bool allChains = false;
   int closureMethod = 3;
   int closures = 100;
   long long seed = -1; // negative: seeded from the clock
   bool check = false;
-  std::string output = "/dev/null";
+  std::string output; // the distance-check report; none when empty
 };
 
 struct PolyOptions {
   std::string file;
+  tresk::ReadOptions choice;
   int direction = 0;
   bool noReduce = false;
 };
 
+// One verdict over closures, as the file driver prints it; the distance check (with -c) goes
+// to the log stream and to the report file.
+void NameOneChain(const std::vector<ChainAtom>& chain, const KnotOptions& o, std::ostream* report,
+                  const std::string& label) {
+  if (o.check) {
+    const std::string message = CheckDistancesBetweenAtoms(chain);
+    if (message != "OK") {
+      std::clog << message << "\n\n";
+      if (report != nullptr)
+        *report << message << "\n";
+    }
+  }
+  int counts[42];
+  FindMajorKnot(chain, counts, o.closureMethod, o.closures);
+  std::cout << label << GiveTheNameOfKnot(counts) << "\n";
+}
+
 void RunKnot(const KnotOptions& o) {
   SeedRandom(o.seed);
-  std::vector<char> input(o.file.begin(), o.file.end());
-  input.push_back('\0');
-  std::vector<char> output(o.output.begin(), o.output.end());
-  output.push_back('\0');
-  // The verdict goes to standard output, a failed read is reported on standard error.
-  int rc = FindKnots(0, input.data(), output.data(), o.check ? 1 : 0, 0, 0, o.closureMethod,
-                     o.closures, 0);
+  std::vector<std::string> chains = {o.choice.chain};
+  if (o.allChains) {
+    chains = tresk::PolymerChains(o.file, o.choice);
+    if (chains.empty()) {
+      std::cerr << "tresk knot: no polymer chain with " << o.choice.atom << " atoms in " << o.file
+                << "\n";
+      Fail(1);
+    }
+  }
+  std::vector<std::vector<ChainAtom>> read;
+  for (const std::string& id : chains) {
+    tresk::ReadOptions choice = o.choice;
+    choice.chain = id;
+    read.push_back(ReadChainOrFail(o.file, choice, "knot"));
+  }
+  // The report is opened only once the input is read, and never over the input.
+  std::ofstream report;
+  if (!o.output.empty()) {
+    RefuseOverwritingInput(o.file, o.output, "knot");
+    report.open(o.output, std::ios::out | std::ios::trunc);
+    FailUnlessWritten(report, o.output, "knot");
+  }
+  for (std::size_t k = 0; k < read.size(); ++k)
+    NameOneChain(read[k], o, o.output.empty() ? nullptr : &report,
+                 o.allChains ? chains[k] + "\t" : "");
   std::cout.flush();
-  if (rc != 0)
+  if (!o.output.empty())
+    FailUnlessWritten(report, o.output, "knot");
+  if (!std::cout) {
+    std::cerr << "tresk knot: could not write the verdict\n";
     Fail(1);
+  }
 }
 
 // Ring files often repeat the first atom at the end; the projection wants each atom once.
@@ -58,7 +102,7 @@ void DropRepeatedEnd(std::vector<ChainAtom>& chain) {
 }
 
 void RunPoly(const PolyOptions& o) {
-  std::vector<ChainAtom> chain = ReadChainOrFail(o.file, "poly");
+  std::vector<ChainAtom> chain = ReadChainOrFail(o.file, o.choice, "poly");
   DropRepeatedEnd(chain);
   std::cout << "atoms: " << chain.size();
   if (!o.noReduce) {
@@ -129,6 +173,10 @@ void RegisterKnotCommands(CLI::App& app) {
               "(the run goes on)");
   k->add_option("-o,--report", knot->output,
                 "File that receives the distance-check message (default: none)");
+  AddChainChoice(k, knot->choice);
+  k->add_flag("--all-chains", knot->allChains,
+              "Name the knot of every polymer chain of a structure file, one line per chain: "
+              "chain id, a tab, the verdict");
   k->footer("Example: tresk knot examples/chains/trefoil_open.xyz --seed 1");
   k->callback([knot] { RunKnot(*knot); });
 
@@ -145,6 +193,7 @@ void RegisterKnotCommands(CLI::App& app) {
   p->add_flag("--no-reduce", poly->noReduce,
               "Project the chain as it is, without first removing atoms that do not change "
               "its knot (more crossings, slower)");
+  AddChainChoice(p, poly->choice);
   p->footer("Example: tresk poly examples/chains/trefoil_closed.xyz");
   p->callback([poly] { RunPoly(*poly); });
 }

@@ -21,6 +21,7 @@ namespace {
 
 struct MatrixOptions {
   std::string file;
+  tresk::ReadOptions choice;
   std::string output;
   tresk::FingerprintParams scan; // namesMode follows `polynomials`
   long long seed = -1;           // negative: seeded from the clock
@@ -91,12 +92,20 @@ void ShowProgress(ProgressLine& line, int phase, unsigned long long done,
 }
 
 void RunMatrix(const MatrixOptions& o) {
-  const std::vector<ChainAtom> chain = ReadChainOrFail(o.file, "matrix");
+  const std::vector<ChainAtom> chain = ReadChainOrFail(o.file, o.choice, "matrix");
   if (o.check) {
     const std::string message = CheckDistancesBetweenAtoms(chain);
     if (message != "OK")
       std::cerr << message << "\n";
   }
+  tresk::FingerprintParams params = o.scan;
+  params.namesMode = o.polynomials ? 0 : 1;
+  const std::string problem = tresk::FingerprintProblem(chain, params);
+  if (!problem.empty()) {
+    std::cerr << "tresk matrix: " << problem << "\n";
+    Fail(1);
+  }
+  RefuseOverwritingInput(o.file, o.output, "matrix");
   std::ofstream out(o.output, std::ios::out | std::ios::trunc);
   if (!out) {
     std::cerr << "tresk matrix: cannot write " << o.output << "\n";
@@ -117,10 +126,9 @@ void RunMatrix(const MatrixOptions& o) {
       ShowProgress(line, phase, done, total);
     };
   }
-  tresk::FingerprintParams params = o.scan;
-  params.namesMode = o.polynomials ? 0 : 1;
   SeedRandom(o.seed);
   tresk::WriteFingerprint(chain, out, params, options);
+  FailUnlessWritten(out, o.output, "matrix");
   if (line.visible)
     std::fputs("\r\033[K", stderr);
 }
@@ -155,6 +163,7 @@ void RegisterScanCommands(CLI::App& app) {
       "positions), or 'UNKNOT'. Draw it with 'tresk plot'.");
   AddChainFile(m, matrix->file);
   m->add_option("-o,--output", matrix->output, "Fingerprint file to write")->required();
+  AddChainChoice(m, matrix->choice);
   m->add_option("-s,--step", matrix->scan.step,
                 "Grid step in atoms, and half-width of the refinement around knotted points")
       ->check(CLI::Range(1, 1000000))
@@ -188,7 +197,7 @@ void RegisterScanCommands(CLI::App& app) {
   m->add_option("-j,--threads", matrix->threads,
                 "Threads that reduce and analyse each batch; 0 = all cores. The result does not "
                 "depend on it")
-      ->check(CLI::NonNegativeNumber)
+      ->check(CLI::Range(0, 256))
       ->capture_default_str();
   m->add_flag("-c,--check-distances", matrix->check,
               "Check the distances between neighbouring atoms first and report chain breaks");

@@ -195,3 +195,8 @@ void CopyJobToChainAtom(const std::vector<fPointR3>& points, std::vector<ChainAt
     out.push_back(ChainAtom{p.x, p.y, p.z, 0});
   }
 }
+
+bool tresk::ClosuresFitBudget(int closures, unsigned long long memoryLimit) {
+  // Grid jobs carry no length yet, so the estimate counts only the closure allowance.
+  return Estimate(0, closures, Job{}) <= memoryLimit;
+}

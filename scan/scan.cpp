@@ -10,10 +10,11 @@
 #include <map>
 #include <sstream>
 
-#include "chain/direction.hpp" // for FindTheKnotInParticularDirection*
-#include "core/log.hpp"        // for tresk::LogCapture
-#include "knots/whichKnot.hpp" // for the verdict texts and strengths
-#include "reduction/batch.hpp" // for tresk::ReduceBatch
+#include "chain/direction.hpp"         // for FindTheKnotInParticularDirection*
+#include "core/log.hpp"                // for tresk::LogCapture
+#include "knots/whichKnot.hpp"         // for the verdict texts and strengths
+#include "preprocessing/readChain.hpp" // for tresk::CheckCoordinates
+#include "reduction/batch.hpp"         // for tresk::ReduceBatch
 #include "scan/grid.hpp"
 #include "scan/prepare.hpp"
 #include "scan/rows.hpp"
@@ -168,6 +169,20 @@ tresk::FingerprintParams Params(int step, int threshold, int closureMethod, int 
 } // namespace
 
 namespace tresk {
+
+std::string FingerprintProblem(const std::vector<ChainAtom>& chain,
+                               const FingerprintParams& params) {
+  const std::string coordinates = CheckCoordinates(chain);
+  if (!coordinates.empty())
+    return coordinates;
+  if (params.closures < 1)
+    return "the number of closures must be at least 1";
+  if (!ClosuresFitBudget(params.closures, params.memoryLimit))
+    return std::to_string(params.closures) +
+           " closures per subchain do not fit a batch budget of " +
+           std::to_string(params.memoryLimit) + " (13 units per point, 100 points per closure)";
+  return "";
+}
 
 std::vector<RowFile> FingerprintRows(const std::vector<ChainAtom>& chain,
                                      const FingerprintParams& params, const ScanOptions& options) {

@@ -46,6 +46,12 @@ struct ScanOptions {
   std::ostream* log = nullptr;
 };
 
+// "" when a scan with these parameters can run, otherwise why not: coordinates outside the
+// supported range, or closures that do not fit the batch budget (the scan would print its
+// "no memory" message and give up).
+std::string FingerprintProblem(const std::vector<ChainAtom>& chain,
+                               const FingerprintParams& params);
+
 // The knotted rows of a scan in output order, with the polynomial tally of the file driver
 // (accumulated over the whole scan).
 std::vector<RowFile> FingerprintRows(const std::vector<ChainAtom>& chain,

@@ -2,12 +2,14 @@
 // per-job capture of the log text (replayed in job order) and progress from the calling thread.
 #include "scan/workers.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <exception>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -15,12 +17,15 @@
 
 namespace tresk {
 
+// More threads than this only cost memory and start-up time.
+constexpr int kMaxWorkers = 256;
+
 int WorkerCount(int threads) {
   if (threads == 0) {
     const unsigned cores = std::thread::hardware_concurrency();
-    return cores == 0 ? 1 : static_cast<int>(cores);
+    threads = cores == 0 ? 1 : static_cast<int>(std::min<unsigned>(cores, kMaxWorkers));
   }
-  return threads < 1 ? 1 : threads;
+  return threads < 1 ? 1 : std::min(threads, kMaxWorkers);
 }
 
 struct WorkerPool::State {
@@ -70,9 +75,14 @@ struct WorkerPool::State {
 
 WorkerPool::WorkerPool(int threads) : state_(std::make_unique<State>()) {
   const int workers = WorkerCount(threads);
-  if (workers > 1) {
-    for (int t = 0; t < workers; ++t)
+  // A thread that cannot start (a process or system limit) leaves the pool with those that did;
+  // with none, the passes run on the caller's thread. The results are the same either way.
+  for (int t = 0; workers > 1 && t < workers; ++t) {
+    try {
       state_->threads.emplace_back([s = state_.get()] { s->Work(); });
+    } catch (const std::system_error&) {
+      break;
+    }
   }
 }
 

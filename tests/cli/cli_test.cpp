@@ -56,13 +56,16 @@ TEST(Cli, EveryCommandAndBadInput) {
   std::ofstream(empty).close();
   std::ofstream(dictionary) << "{(1, 30): {'1 -1 1': 1}}";
   auto example = [](const char* name) { return Quote(zoo::SourceFile("examples/chains/") + name); };
+  auto data = [](const char* name) { return Quote(zoo::SourceFile("tests/data/") + name); };
+  const std::string copy = Temp("copy.xyz"); // an input that an output must not overwrite
+  std::ofstream(copy) << Slurp(zoo::SourceFile("examples/chains/trefoil_open.xyz"));
   const std::string open = example("trefoil_open.xyz"), closed = example("trefoil_closed.xyz");
   const std::string matrix =
       "matrix " + example("knotted_core.xyz") + " -s 30 -t 101 -n 4 --seed 3 -q -o ";
   const struct {
     std::string args;
     bool ok;
-    const char* says; // in the output; "" when ok: no output at all (matrix -q, plot)
+    std::string says; // in the output; "" when ok: no output at all (matrix -q, plot)
   } cases[] = {
       {"knot " + open + " --seed 1", true, "3_1("},
       {"knot " + closed + " -m 0", true, "3_1(100%) \n"},
@@ -72,12 +75,25 @@ TEST(Cli, EveryCommandAndBadInput) {
       {"plot " + Quote(fp) + " -o " + Quote(png) + " --size 400 --title knotted", true, ""},
       {"", false, "subcommand"},
       {"knot /nonexistent/chain.xyz", false, "/nonexistent/chain.xyz"},
-      {"knot " + Quote(empty), false, "Unable to open file"},
+      {"knot " + Quote(empty), false, "cannot read a chain from " + empty + ": no atoms"},
+      {"knot " + data("repro/stars.pdb"), false, "'********' is not a number"},
+      {"knot " + data("repro/hang_m1.xyz") + " -m 1", true, "Problem with projecting(100%)"},
+      {"knot " + data("structures/crambin_edge.cif.gz") + " --chain Q -m 1", true,
+       "chain B of model 1: 47 CA atoms, 0 chain breaks\n01(100%)"},
+      {"knot " + data("structures/crambin_edge.pdb") + " --all-chains -m 1", true,
+       "A\t01(100%) \n"},
+      {"knot " + Quote(copy) + " -c -o " + Quote(copy), false, "is the input file"},
+      {"knot " + open + " -c -o /nonexistent/report", false, "could not write /nonexistent"},
       {"knot " + open + " -m 9", false, "9"},
       {"poly " + Quote(empty), false, "tresk poly: cannot read a chain"},
       {"matrix " + Quote(empty) + " -o x.fp", false, "tresk matrix: cannot read a chain"},
       {"matrix " + open + " -o /nonexistent/x.fp", false, "tresk matrix: cannot write"},
       {"matrix " + open + " -o x.fp -j -1", false, "-1"},
+      {"matrix " + open + " -o x.fp -j 100000", false, "100000"},
+      {"matrix " + open + " -o x.fp --memory 1", false, "do not fit a batch budget of 1 "},
+      {"matrix " + open + " -o x.fp -n 1000000", false, "1000000 closures per subchain"},
+      {"matrix " + open + " -s 50 -n 1 -q -o /dev/full", false, "could not write /dev/full"},
+      {"plot " + data("repro/fp_maxatoms.fp") + " -o x.png", false, "more than 1000000"},
       {"plot " + Quote(dictionary) + " -o x.png", false, "line 1: not the header"},
       {"plot " + Quote(dictionary) + " -o x.jpg --size 100", false, "100"},
   };
@@ -86,12 +102,13 @@ TEST(Cli, EveryCommandAndBadInput) {
     const Result r = Tresk(c.args);
     EXPECT_EQ(r.status == 0, c.ok) << r.out;
     EXPECT_NE(r.out.find(c.says), std::string::npos) << r.out;
-    EXPECT_TRUE(!c.ok || *c.says != '\0' || r.out.empty()) << r.out;
+    EXPECT_TRUE(!c.ok || !c.says.empty() || r.out.empty()) << r.out;
   }
   EXPECT_NE(Slurp(fp).find(" 3_1 "), std::string::npos) << Slurp(fp); // -q: nothing else
   EXPECT_EQ(Slurp(fp2), Slurp(fp));                                   // the same on two threads
   EXPECT_EQ(Slurp(png).substr(0, 8), "\x89PNG\r\n\x1a\n");
-  for (const std::string& path : {fp, fp2, png, empty, dictionary})
+  EXPECT_EQ(Slurp(copy), Slurp(zoo::SourceFile("examples/chains/trefoil_open.xyz")));
+  for (const std::string& path : {fp, fp2, png, empty, dictionary, copy})
     std::remove(path.c_str());
 }
 
