@@ -114,6 +114,7 @@ void RunMatrix(const MatrixOptions& o) {
 
   tresk::ScanOptions options;
   options.threads = o.threads;
+  options.recentre = true;
   ProgressLine line;
   WipingLogBuffer wiping(std::clog.rdbuf(), line);
   std::ostream wipingLog(&wiping);

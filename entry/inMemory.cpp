@@ -1,6 +1,7 @@
 // The in-memory calls for one chain that an application already holds: the vote over closures
 // and its texts, the knot and the Alexander polynomial of one projection (direction 0), two
 // polynomial utilities and a diagnostic print of the coordinates.
+#include <algorithm>
 #include <iostream>
 
 #include "alexander/determinant.hpp" // for GivePolyByValM3
@@ -8,7 +9,8 @@
 #include "chain/direction.hpp"       // for the one-direction operations
 #include "chain/manyClosures.hpp"    // for FindOneKnot
 #include "entry/entry.hpp"
-#include "knots/whichKnot.hpp" // for GiveTheNameOfKnot_allProj, GiveTheNameOfKnot_toMatrix
+#include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj, GiveTheNameOfKnot_toMatrix
+#include "preprocessing/readChain.hpp" // for tresk::CheckCoordinates
 
 namespace {
 
@@ -24,17 +26,30 @@ Poly PolyFromCoefficients(const std::vector<int>& coefficients) {
 
 } // namespace
 
+// Input the engine cannot use (no counts array, coordinates outside the supported range) ends
+// the call with -1 and the reason on the standard error stream, like an unreadable file.
 int FindMajorKnot(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
                   int closures) {
+  if (counts == nullptr) {
+    std::cerr << "FindMajorKnot: no counts array\n";
+    return -1;
+  }
+  const std::string bad = tresk::CheckCoordinates(chain);
+  if (!bad.empty()) {
+    std::fill(counts, counts + 42, 0);
+    std::cerr << "FindMajorKnot: " << bad << "\n";
+    return -1;
+  }
   return FindOneKnot(chain, counts, closureMethod, closures);
 }
 
+// Without a counts array there is nothing to name: the empty text.
 std::string GiveTheNameOfKnot(int* counts) {
-  return GiveTheNameOfKnot_allProj(counts);
+  return counts == nullptr ? std::string() : GiveTheNameOfKnot_allProj(counts);
 }
 
 std::string GiveTheNameOfKnot_Matrix(int* counts) {
-  return GiveTheNameOfKnot_toMatrix(counts);
+  return counts == nullptr ? std::string() : GiveTheNameOfKnot_toMatrix(counts);
 }
 
 int FindTheKnot(std::vector<ChainAtom> chain) {

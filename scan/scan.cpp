@@ -4,6 +4,7 @@
 #include "scan/scan.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <functional>
 #include <iostream>
@@ -169,6 +170,30 @@ tresk::FingerprintParams Params(int step, int threshold, int closureMethod, int 
 } // namespace
 
 namespace tresk {
+namespace {
+
+// The chain moved to the origin when its centre is farther away than its extent; else as is.
+std::vector<ChainAtom> Recentred(const std::vector<ChainAtom>& chain) {
+  if (chain.empty())
+    return chain;
+  double c[3] = {0, 0, 0};
+  for (const ChainAtom& a : chain)
+    c[0] += a.x, c[1] += a.y, c[2] += a.z;
+  for (double& v : c)
+    v /= static_cast<double>(chain.size());
+  double extent = 0;
+  for (const ChainAtom& a : chain)
+    extent =
+        std::max({extent, std::fabs(a.x - c[0]), std::fabs(a.y - c[1]), std::fabs(a.z - c[2])});
+  if (std::max({std::fabs(c[0]), std::fabs(c[1]), std::fabs(c[2])}) <= extent)
+    return chain;
+  std::vector<ChainAtom> moved = chain;
+  for (ChainAtom& a : moved)
+    a.x -= c[0], a.y -= c[1], a.z -= c[2];
+  return moved;
+}
+
+} // namespace
 
 std::string FingerprintProblem(const std::vector<ChainAtom>& chain,
                                const FingerprintParams& params) {
@@ -187,7 +212,7 @@ std::string FingerprintProblem(const std::vector<ChainAtom>& chain,
 std::vector<RowFile> FingerprintRows(const std::vector<ChainAtom>& chain,
                                      const FingerprintParams& params, const ScanOptions& options) {
   ScanRun run{params, options, false, WorkerPool(options.threads), {}};
-  return run.Scan(chain);
+  return run.Scan(options.recentre ? Recentred(chain) : chain);
 }
 
 void WriteFingerprint(const std::vector<ChainAtom>& chain, std::ostream& out,

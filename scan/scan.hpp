@@ -44,6 +44,10 @@ struct ScanOptions {
   std::function<void(int phase, unsigned long long done, unsigned long long total)> progress;
   // Where the scan's log messages go, written on the caller's thread; null: tresk::Log().
   std::ostream* log = nullptr;
+  // Subchains are reduced in single precision: a chain whose centre lies farther from the origin
+  // than its own extent is first moved to the origin (in double precision), so that a
+  // translated copy gives the fingerprint of the chain itself. Off in the documented drivers.
+  bool recentre = false;
 };
 
 // "" when a scan with these parameters can run, otherwise why not: coordinates outside the

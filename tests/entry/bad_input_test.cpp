@@ -1,10 +1,13 @@
 // Bad input through the in-memory calls: every case ends with a clear outcome, never a hang, a
 // crash or a silently wrong answer.
+#include <cmath>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "entry/api.hpp"
 #include "entry/entry.hpp"
 #include "knots/whichKnot.hpp"
 #include "preprocessing/readChain.hpp"
@@ -33,6 +36,44 @@ TEST(InMemoryBadInput, DeterministicClosureWhoseProjectionsAllFailEnds) {
       total += c;
     EXPECT_EQ(total, method == 7 ? 5 : 1);
   }
+}
+
+TEST(InMemoryBadInput, NullArraysAndUnsupportedCoordinates) {
+  std::vector<ChainAtom> chain = Repro("coincident.xyz");
+  EXPECT_EQ(FindMajorKnot(chain, nullptr, 2, 3), -1);
+  EXPECT_EQ(GiveTheNameOfKnot(nullptr), "");
+  EXPECT_EQ(GiveTheNameOfKnot_Matrix(nullptr), "");
+  chain[1].y = std::nan("");
+  int counts[42];
+  counts[0] = 7;
+  EXPECT_EQ(FindMajorKnot(chain, counts, 2, 3), -1);
+  EXPECT_EQ(counts[0], 0);
+  chain[1].y = 2e9;
+  EXPECT_EQ(FindMajorKnot(chain, counts, 2, 3), -1);
+  EXPECT_NE(tresk::FingerprintProblem(chain, {}).find("beyond +-1e9"), std::string::npos);
+}
+
+// The fingerprint reduces in single precision: far from the origin a chain would crumble, so
+// with `recentre` a translated copy gives the rows of the chain itself.
+TEST(InMemoryBadInput, TranslatedCopyHasTheSameFingerprint) {
+  const std::vector<ChainAtom> chain =
+      tresk::ReadChain(zoo::SourceFile("examples/chains/trefoil_open.xyz")).atoms;
+  std::vector<ChainAtom> far = chain;
+  for (ChainAtom& a : far)
+    a.x += 1e7, a.z -= 3e6;
+  tresk::FingerprintParams params;
+  params.step = 40;
+  params.closures = 6;
+  tresk::ScanOptions options;
+  options.recentre = true;
+  std::srand(5);
+  const std::vector<RowFile> near = tresk::FingerprintRows(chain, params, options);
+  std::srand(5);
+  const std::vector<RowFile> moved = tresk::FingerprintRows(far, params, options);
+  ASSERT_FALSE(near.empty());
+  ASSERT_EQ(near.size(), moved.size());
+  for (std::size_t k = 0; k < near.size(); ++k)
+    EXPECT_EQ(near[k].text, moved[k].text);
 }
 
 } // namespace
