@@ -4,7 +4,7 @@
 set -euo pipefail
 
 PACKAGES=(cmake g++ make pkg-config libboost-dev gemmi-dev zlib1g-dev libgtest-dev
-          libbenchmark-dev libcli11-dev libcairo2-dev tao-pegtl-dev)
+          libbenchmark-dev libcli11-dev libcairo2-dev tao-pegtl-dev clang libclang-rt-14-dev)
 
 missing=()
 for p in "${PACKAGES[@]}"; do

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds libtresk and runs the whole test suite: the main build (with the GPU unit when nvcc
-# is present, warnings as errors) and the AddressSanitizer + UBSan build of the CPU suite.
+# is present, warnings as errors), the AddressSanitizer + UBSan build of the CPU suite and a
+# short fuzz run of the chain reader.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/install-deps.sh
@@ -19,4 +20,9 @@ if [ "${TRESK_SKIP_ASAN:-0}" != "1" ]; then
   cmake --preset asan
   cmake --build --preset asan -j "$JOBS"
   ctest --preset asan -j "$JOBS"
+fi
+
+# A short, repeatable fuzz run of the chain reader (clang, libFuzzer, ASan + UBSan).
+if [ "${TRESK_SKIP_FUZZ:-0}" != "1" ]; then
+  tools/fuzz.sh "${TRESK_FUZZ_SECONDS:-60}"
 fi
