@@ -10,43 +10,12 @@
 #include <gtest/gtest.h>
 
 #include "core/log.hpp"
+#include "entry/api.hpp" // for tresk::ReadFingerprint
 #include "scan/scan.hpp"
 #include "tests/support/curves.hpp"
 #include "tests/support/datafiles.hpp"
 
 namespace {
-
-struct Row {
-  int first;
-  int last;
-  std::string dominant; // first name in the highest non-empty band, "" when none
-  int band;             // that band's threshold (90, 87, ..., 0), -1 when none
-};
-
-std::vector<Row> Rows(const std::string& text) {
-  std::vector<Row> rows;
-  std::istringstream in(text);
-  std::string line;
-  std::getline(in, line); // header
-  while (std::getline(in, line)) {
-    std::istringstream fields(line);
-    std::vector<std::string> f;
-    for (std::string s; fields >> s;)
-      f.push_back(s);
-    if (f.size() != 36)
-      continue;
-    Row r{std::stoi(f[34]), std::stoi(f[35]), "", -1};
-    for (int c = 0; c < 31; ++c) {
-      if (f[2 + c] == "0")
-        continue;
-      r.dominant = f[2 + c].substr(0, f[2 + c].find(','));
-      r.band = 90 - 3 * c;
-      break;
-    }
-    rows.push_back(r);
-  }
-  return rows;
-}
 
 struct Case {
   std::string name;
@@ -73,24 +42,27 @@ void CheckCore(const Case& c, int method) {
     text = FindAllKnots_string(chain, c.step, 50, method, method == 1 ? 2 : 8, 1, 15, false,
                                768000000ULL);
   }
-  const std::vector<Row> rows = Rows(text);
+  std::istringstream in(text.substr(text.find('#', 1))); // the string driver repeats the header
+  tresk::Fingerprint fingerprint;
+  ASSERT_EQ(tresk::ReadFingerprint(in, fingerprint), "") << text;
+  const std::vector<tresk::FingerprintCell>& rows = fingerprint.cells;
   ASSERT_FALSE(rows.empty()) << text;
 
   bool whole = false;
   int knotted = 0;
-  for (const Row& r : rows) {
+  for (const tresk::FingerprintCell& r : rows) {
     const int covered = std::max(0, std::min(r.last, coreLast) - std::max(r.first, coreFirst) + 1);
     const std::string where = std::to_string(r.first) + ".." + std::to_string(r.last);
     // Subchains that miss the core altogether (tails only) name no knot. (A perfectly straight
     // tail may project degenerately, which is counted as an unknown polynomial, "-3".)
-    const bool namesKnot = !r.dominant.empty() && r.dominant != "-3";
-    EXPECT_TRUE(covered > 0 || !namesKnot) << where << " " << r.dominant;
+    const bool namesKnot = r.knot != "IN" && r.knot != "-3";
+    EXPECT_TRUE(covered > 0 || !namesKnot) << where << " " << r.knot;
     if (r.first == 1 && r.last == n) {
       whole = true;
-      EXPECT_EQ(r.dominant, c.knot) << where;
-      EXPECT_GE(r.band, 48) << where;
+      EXPECT_EQ(r.knot, c.knot) << where;
+      EXPECT_GE(r.percent, 50) << where;
     }
-    if (r.band < 48 || !namesKnot)
+    if (r.percent < 50 || !namesKnot)
       continue;
     // A subchain where one knot wins about half the closures or more holds most of the core;
     // holding all of it, it names the core's type (a part of a complex knot, closed another
@@ -98,7 +70,7 @@ void CheckCore(const Case& c, int method) {
     ++knotted;
     EXPECT_GE(2 * covered, coreSize) << where;
     if (covered == coreSize) {
-      EXPECT_EQ(r.dominant, c.knot) << where;
+      EXPECT_EQ(r.knot, c.knot) << where;
     }
   }
   EXPECT_TRUE(whole) << "no row for the whole chain\n" << text;
