@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <ostream>
+#include <unordered_set>
+#include <vector>
 
 #include "core/log.hpp" // for tresk::Log
 
@@ -21,29 +23,12 @@ Job GridJob(const std::vector<ChainAtom>& chain, std::size_t firstIndex, std::si
              static_cast<int32_t>(lastIndex + 1)};
 }
 
-// Square matrix of flags indexed by 1-based (first, last), one bit per entry.
-struct MarkMatrix {
-  std::size_t side;
-  std::vector<uint64_t> words;
-};
+// Refinement marks of 1-based (first, last) pairs, kept sparse: memory grows with the windows
+// around knotted rows, not with the square of the chain's length.
+using Marks = std::unordered_set<uint64_t>;
 
-MarkMatrix EmptyMarks(std::size_t side) {
-  return MarkMatrix{side, std::vector<uint64_t>((side * side + 63) / 64, 0)};
-}
-
-void SetMark(MarkMatrix& m, std::size_t i, std::size_t j, bool on) {
-  std::size_t bit = i * m.side + j;
-  uint64_t mask = uint64_t{1} << (bit % 64);
-  if (on) {
-    m.words[bit / 64] |= mask;
-  } else {
-    m.words[bit / 64] &= ~mask;
-  }
-}
-
-bool Marked(const MarkMatrix& m, std::size_t i, std::size_t j) {
-  std::size_t bit = i * m.side + j;
-  return (m.words[bit / 64] >> (bit % 64)) & 1u;
+uint64_t MarkKey(int64_t i, int64_t j) {
+  return (static_cast<uint64_t>(i) << 32) | static_cast<uint64_t>(j);
 }
 
 } // namespace
@@ -70,7 +55,7 @@ int PrepareJobsFromNet(const std::vector<ChainAtom>& chain, std::vector<Job>& jo
 int PrepareJobsAroundNet(const std::vector<ChainAtom>& chain, std::vector<Job>& jobs,
                          const std::vector<RowFile>& rows, int step, int threshold) {
   const std::size_t m = chain.size() + 1;
-  MarkMatrix marks = EmptyMarks(m);
+  Marks marks;
   const int64_t top = static_cast<int64_t>(m) - 1;
   for (const RowFile& r : rows) {
     if (r.strength <= threshold)
@@ -82,21 +67,21 @@ int PrepareJobsAroundNet(const std::vector<ChainAtom>& chain, std::vector<Job>& 
     const int64_t jHigh = std::min<int64_t>(top, int64_t{r.last} + step - 1);
     for (int64_t i = iLow; i <= iHigh; ++i) {
       for (int64_t j = jLow; j <= jHigh; ++j) {
-        SetMark(marks, static_cast<std::size_t>(i), static_cast<std::size_t>(j), true);
+        marks.insert(MarkKey(i, j));
       }
     }
     // The row's own subchain has been analysed already.
     if (r.first >= 0 && r.last >= 0 && r.first <= top && r.last <= top) {
-      SetMark(marks, static_cast<std::size_t>(r.first), static_cast<std::size_t>(r.last), false);
+      marks.erase(MarkKey(r.first, r.last));
     }
   }
-  if (m > 2) {
-    for (std::size_t i = 1; i < m; ++i) {
-      for (std::size_t j = i + 1; j < m; ++j) {
-        if (Marked(marks, i, j))
-          jobs.push_back(GridJob(chain, i - 1, j - 1));
-      }
-    }
+  // In (first, last) order, only pairs with first < last.
+  std::vector<uint64_t> marked(marks.begin(), marks.end());
+  std::sort(marked.begin(), marked.end());
+  for (uint64_t key : marked) {
+    const std::size_t i = static_cast<std::size_t>(key >> 32), j = key & 0xffffffffu;
+    if (i < j)
+      jobs.push_back(GridJob(chain, i - 1, j - 1));
   }
   tresk::Log() << "There is " << jobs.size() << " more points on the net of matrix.\n";
   return 0;
