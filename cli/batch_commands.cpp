@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -167,7 +168,11 @@ public:
       }
       close(down[1]);
       close(up[0]);
-      Work(down[0], up[1], units_, o_, format_);
+      try {
+        Work(down[0], up[1], units_, o_, format_);
+      } catch (...) { // never back into the parent's code: the parent reports the unit
+      }
+      _exit(3);
     }
     close(down[0]);
     close(up[1]);
