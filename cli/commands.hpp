@@ -14,6 +14,8 @@
 void RegisterKnotCommands(CLI::App& app);
 // `tresk matrix` and `tresk plot`: the knot fingerprint and its picture.
 void RegisterScanCommands(CLI::App& app);
+// `tresk batch`: the knots of many files, one row per file and chain, resumable.
+void RegisterBatchCommands(CLI::App& app);
 
 // Ends the command with a failure status; CLI11 turns this into the program's exit status.
 [[noreturn]] void Fail(int status);

@@ -6,8 +6,7 @@
 #include <iostream>
 
 #include "cli/commands.hpp"
-#include "entry/api.hpp"               // for tresk::ReadChain
-#include "preprocessing/chainprep.hpp" // for CheckDistancesBetweenAtoms
+#include "entry/api.hpp" // for tresk::ReadChain, tresk::CountChainBreaks
 
 void Fail(int status) {
   throw CLI::RuntimeError(status);
@@ -42,12 +41,7 @@ std::vector<ChainAtom> ReadChainOrFail(const std::string& file, const tresk::Rea
     Fail(1);
   }
   if (!read.chain.empty()) {
-    // Breaks as the distance check finds them (it lists at most 20 problems).
-    const std::string distances = CheckDistancesBetweenAtoms(read.atoms);
-    int breaks = 0;
-    for (std::size_t at = distances.find("Chain break"); at != std::string::npos;
-         at = distances.find("Chain break", at + 1))
-      ++breaks;
+    const int breaks = tresk::CountChainBreaks(read.atoms);
     std::cerr << "chain " << read.chain << " of model " << read.model << ": " << read.atoms.size()
               << " " << choice.atom << " atoms, " << breaks << " chain breaks\n";
   }

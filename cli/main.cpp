@@ -9,6 +9,7 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", "tresk 0.1.0");
   RegisterKnotCommands(app);
   RegisterScanCommands(app);
+  RegisterBatchCommands(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }

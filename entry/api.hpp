@@ -1,12 +1,13 @@
-// The library's own C++ API beside the documented calls, for the tresk command and other
-// applications: a chosen chain read with a message on failure, the fingerprint with run options
-// (threads, progress, log) to any stream, and a fingerprint file read back.
+// The library's own C++ API beside the documented calls: a chosen chain read with a message on
+// failure, the fingerprint with run options to any stream, a fingerprint file read back, and
+// surveys of many files (one row per file and chain).
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "core/records.hpp"            // for ChainAtom, RowFile
+#include "entry/survey.hpp"            // for tresk::SurveyFile, tresk::FormatSurveyRow
 #include "preprocessing/readChain.hpp" // for tresk::ReadChain, tresk::ReadOptions
 #include "scan/rows.hpp"               // for tresk::Fingerprint, tresk::ReadFingerprint
 #include "scan/scan.hpp"               // for tresk::ScanOptions, tresk::WriteFingerprint

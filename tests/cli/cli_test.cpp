@@ -8,6 +8,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -109,6 +110,55 @@ TEST(Cli, EveryCommandAndBadInput) {
   EXPECT_EQ(Slurp(png).substr(0, 8), "\x89PNG\r\n\x1a\n");
   EXPECT_EQ(Slurp(copy), Slurp(zoo::SourceFile("examples/chains/trefoil_open.xyz")));
   for (const std::string& path : {fp, fp2, png, empty, dictionary, copy})
+    std::remove(path.c_str());
+}
+
+// A batch over the structure files, a list with a chain and a bad file: one row per file and
+// chain in input order, an error row that does not stop the run; a run cut short in the middle
+// of a row and resumed on another number of workers gives the uninterrupted table.
+TEST(Cli, BatchRowsAndResume) {
+  SKIP_WITHOUT_PROGRAM();
+  const std::string bad = Temp("bad.xyz"), list = Temp("list.txt"), table = Temp("table");
+  std::ofstream(bad) << "not a chain\n";
+  const std::string pdb = zoo::SourceFile("tests/data/structures/crambin_edge.pdb");
+  std::ofstream(list) << "# file and chain\n" << pdb << " B\n" << bad << "\n" << pdb << " B\n";
+  const std::string run = "batch " + Quote(zoo::SourceFile("examples/chains")) + " @" +
+                          Quote(list) + " -n 8 -s 5 --no-times -o " + Quote(table);
+  for (const std::string format : {"tsv", "jsonl"}) {
+    SCOPED_TRACE(format);
+    std::remove(table.c_str());
+    Result r = Tresk(run + " -j 1 --format " + format);
+    ASSERT_EQ(r.status, 0) << r.out;
+    const std::string full = Slurp(table);
+    std::istringstream lines(full);
+    std::vector<std::string> rows;
+    for (std::string line; std::getline(lines, line);)
+      rows.push_back(line);
+    const bool tsv = format == std::string("tsv");
+    ASSERT_EQ(rows.size(), tsv ? 7u : 6u) << full; // 4 chains of the folder, 1 listed, 1 bad
+    EXPECT_EQ(rows[0].substr(0, tsv ? 11 : 9), tsv ? "file\tchain\t" : "{\"file\":\"");
+    const std::string open =
+        tsv ? "\t\t160\t20\t3_1(100%)\t3_1\t1.000\t0.0000\t\n"
+            : "\",\"chain\":\"\",\"atoms\":160,\"breaks\":20,\"verdict\":\"3_1(100%)\","
+              "\"dominant\":\"3_1\",\"share\":1.000,\"seconds\":0.0000,\"error\":\"\"}";
+    EXPECT_NE(full.find("trefoil_open.xyz" + open), std::string::npos) << full;
+    EXPECT_NE(full.find(pdb + (tsv ? "\tB\t47\t" : "\",\"chain\":\"B\",\"atoms\":47,")),
+              std::string::npos);
+    EXPECT_NE(rows.back().find(bad), std::string::npos);
+    EXPECT_NE(rows.back().find("not a finite number"), std::string::npos) << rows.back();
+    // Cut short: the header and part of the next rows, the last one unfinished.
+    for (const std::size_t keep : {std::size_t(3), full.find('\n', full.size() / 2) + 5}) {
+      std::ofstream(table, std::ios::binary | std::ios::trunc) << full.substr(0, keep);
+      r = Tresk(run + " -j 3 --format " + format);
+      EXPECT_EQ(r.status, 0) << r.out;
+      EXPECT_EQ(Slurp(table), full) << keep;
+    }
+  }
+  std::ofstream(table, std::ios::trunc) << "something else\n";
+  Result r = Tresk(run);
+  EXPECT_NE(r.out.find("will not append to " + table), std::string::npos) << r.out;
+  EXPECT_EQ(Slurp(table), "something else\n");
+  for (const std::string& path : {bad, list, table})
     std::remove(path.c_str());
 }
 
