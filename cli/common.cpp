@@ -23,7 +23,7 @@ void SeedRandom(long long seed) {
 void AddChainChoice(CLI::App* command, tresk::ReadOptions& choice) {
   command->add_option("--chain", choice.chain,
                       "Chain of a PDB/mmCIF file: author chain id (or mmCIF label id); default: "
-                      "the first polymer chain");
+                      "the first polymer chain (batch: every polymer chain)");
   command->add_option("--model", choice.model, "Model of a PDB/mmCIF file (default: model 1)")
       ->check(CLI::Range(1, 1000000));
   command
