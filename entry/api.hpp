@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "chain/naming.hpp"            // for tresk::NamingOptions, tresk::VoteOverClosures
 #include "core/records.hpp"            // for ChainAtom, RowFile
 #include "preprocessing/readChain.hpp" // for tresk::ReadChain, tresk::ReadOptions
 #include "scan/rows.hpp"               // for tresk::Fingerprint, tresk::ReadFingerprint
