@@ -1,6 +1,6 @@
-// Exact determinants of integer-polynomial matrices, the two methods behind det_poly. Each
-// returns the determinant of the leading r x r block (r = number of rows, missing entries read
-// as 0) with every coefficient reduced mod 2^32 into int and trailing zeros dropped.
+// Determinants of integer-polynomial matrices: the two methods behind det_poly, each giving the
+// leading r x r block's determinant (r = number of rows, missing entries 0) reduced mod 2^32 into
+// int, trailing zeros dropped; and the exact determinant of an Alexander matrix of any size.
 #pragma once
 
 #include <vector>
@@ -28,5 +28,12 @@ boost::math::tools::polynomial<int> DetPolyBareiss(PolyMatrix const& M);
 // Division-free characteristic-polynomial recurrence (Samuelson-Berkowitz), directly in
 // wrapping 32-bit arithmetic; exact for every matrix, O(r^4) polynomial operations.
 boost::math::tools::polynomial<int> DetPolyBerkowitz(PolyMatrix const& M);
+
+// The exact integer determinant of the leading r x r block when every entry has degree <= 1
+// (an Alexander matrix of any size): det_poly itself where BareissIsExact, otherwise the
+// determinant modulo enough 31-bit primes to exceed twice the Hadamard bound, joined by the
+// Chinese remainder theorem. False, with `out` untouched, when a coefficient does not fit int
+// or an entry has a higher degree; never a wrapped value.
+bool ExactAlexanderDeterminant(PolyMatrix const& M, boost::math::tools::polynomial<int>& out);
 
 } // namespace tresk

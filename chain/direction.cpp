@@ -1,12 +1,14 @@
 // The knot of one closed chain seen along one projection direction: crossings of the
-// projection, then the exact Alexander polynomial (few crossings) or the numeric determinant at
-// t = 12 (many crossings), looked up in the knot table.
+// projection, then the exact Alexander polynomial (up to a crossing bound) or the numeric
+// determinant at t = 12 (above it), looked up in the knot table.
 #include "chain/direction.hpp"
 
 #include <sstream>
 
-#include "alexander/determinant.hpp"   // for CreateFoxMatrix_double, det_double, ...
-#include "alexander/polynomial.hpp"    // for CreateFoxMatrix, det_poly, NormalizePoly
+#include "alexander/determinant.hpp"      // for CreateFoxMatrix_double, det_double, ...
+#include "alexander/exactDeterminant.hpp" // for tresk::ExactAlexanderDeterminant
+#include "alexander/polynomial.hpp"       // for CreateFoxMatrix, det_poly, NormalizePoly
+#include "chain/naming.hpp"
 #include "crossings/crossings.hpp"     // for FindAllCrossings, FillCrossings
 #include "knots/knotTable.hpp"         // for EnsureKnotsFilled
 #include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, removeTrailingZeros
@@ -14,58 +16,89 @@
 
 namespace {
 
-// Diagrams with at most this many crossings are decided by the exact polynomial; the numeric
-// determinant, evaluated at kNumericT, takes over above it.
+// Diagrams with at most this many crossings are decided by the exact polynomial in the
+// documented calls; the numeric determinant, evaluated at kNumericT, takes over above it.
 constexpr int kExactCrossingBound = 16;
 constexpr int kNumericT = 12;
 
 using Poly = boost::math::tools::polynomial<int>;
 
-// The ordinal of the result of one projection: the polynomial when the exact way was taken
-// (an empty polynomial after a degenerate projection, which matches no row), else the number.
-int OrdinalInDirection(std::vector<ChainAtom> chain, int direction) {
-  Poly poly;
-  double value = 0.0;
-  bool isPoly = FindTheKnotInParticularDirection_poly(std::move(chain), poly, value, direction,
-                                                      kExactCrossingBound);
-  if (isPoly)
-    return WhichKnot_OrdNr(poly);
-  return WhichKnotDouble_OrdNr(value);
+// The crossings of one projection; false when the projection is degenerate.
+bool Diagram(std::vector<ChainAtom> const& chain, int direction, std::vector<Crossing>& crossings) {
+  // The table is filled once per process and never changes afterwards, so projections may run
+  // on several threads at once; refilling it here would race with their lookups.
+  tresk::EnsureKnotsFilled();
+  std::vector<Edge> edges = ProjectChain(chain, direction, true);
+  if (FindAllCrossings(edges, crossings, true) != 0)
+    return false;
+  FillCrossings(edges, crossings);
+  return true;
+}
+
+double NumericValue(std::vector<Crossing> const& crossings) {
+  std::vector<std::vector<double>> numeric = CreateFoxMatrix_double(crossings, kNumericT);
+  return numeric.empty() ? 1.0 : det_double(numeric, kNumericT);
 }
 
 } // namespace
 
 bool FindTheKnotInParticularDirection_poly(std::vector<ChainAtom> chain, Poly& poly, double& value,
                                            int direction, int maxPolyCrossings) {
-  const Poly one(std::vector<int>{1});
-  // The table is filled once per process and never changes afterwards, so projections may run
-  // on several threads at once; refilling it here would race with their lookups.
-  tresk::EnsureKnotsFilled();
-
-  std::vector<Edge> edges = ProjectChain(chain, direction, true);
   std::vector<Crossing> crossings;
-  if (FindAllCrossings(edges, crossings, true) != 0)
+  if (!Diagram(chain, direction, crossings))
     return true; // degenerate: outputs untouched
-  FillCrossings(edges, crossings);
-
-  const int n = static_cast<int>(crossings.size());
-  if (n <= maxPolyCrossings) {
+  if (static_cast<int>(crossings.size()) <= maxPolyCrossings) {
     std::vector<std::vector<Poly>> matrix = CreateFoxMatrix(crossings);
-    poly = matrix.empty() ? one : NormalizePoly(det_poly(matrix));
+    poly = matrix.empty() ? Poly(std::vector<int>{1}) : NormalizePoly(det_poly(matrix));
     return true;
   }
-  std::vector<std::vector<double>> numeric = CreateFoxMatrix_double(crossings, kNumericT);
-  value = numeric.empty() ? 1.0 : det_double(numeric, kNumericT);
+  value = NumericValue(crossings);
   return false;
+}
+
+bool tresk::PolynomialInDirection(std::vector<ChainAtom> chain, int direction,
+                                  const NamingOptions& naming, Poly& poly, double& value,
+                                  int& crossingCount) {
+  std::vector<Crossing> crossings;
+  crossingCount = -1;
+  if (!Diagram(chain, direction, crossings))
+    return true; // degenerate: outputs untouched
+  crossingCount = static_cast<int>(crossings.size());
+  if (crossingCount <= naming.numericAbove) {
+    // Up to 16 crossings this is det_poly's Bareiss elimination, bit for bit.
+    std::vector<std::vector<Poly>> matrix = CreateFoxMatrix(crossings);
+    Poly det;
+    if (matrix.empty())
+      poly = Poly(std::vector<int>{1});
+    else
+      poly = ExactAlexanderDeterminant(matrix, det) ? NormalizePoly(det) : Poly();
+    return true;
+  }
+  value = NumericValue(crossings);
+  return false;
+}
+
+// The ordinal of the result of one projection: the polynomial when the exact way was taken
+// (an empty polynomial after a degenerate projection, which matches no row), else the number.
+int tresk::KnotInDirection(std::vector<ChainAtom> chain, int direction,
+                           const NamingOptions& naming) {
+  Poly poly;
+  double value = 0.0;
+  int crossings = 0;
+  if (PolynomialInDirection(std::move(chain), direction, naming, poly, value, crossings))
+    return WhichKnot_OrdNr(poly);
+  return WhichKnotDouble_OrdNr(value);
 }
 
 int FindTheKnotInParticularDirection(std::vector<ChainAtom> chain, int direction) {
   // C++ remainder keeps the dividend's sign: -1 stays -1, 60 becomes 0.
-  return OrdinalInDirection(std::move(chain), direction % 60);
+  return tresk::KnotInDirection(std::move(chain), direction % 60,
+                                tresk::NamingOptions{kExactCrossingBound});
 }
 
 int FindTheKnotInParticularDirection_True(std::vector<ChainAtom> chain, int direction) {
-  return OrdinalInDirection(std::move(chain), direction);
+  return tresk::KnotInDirection(std::move(chain), direction,
+                                tresk::NamingOptions{kExactCrossingBound});
 }
 
 std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> chain,

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "chain/direction.hpp"         // for FindTheKnotInParticularDirection
+#include "chain/naming.hpp"            // for tresk::KnotInDirection
 #include "preprocessing/chainprep.hpp" // for the closures and ChainReduce
 
 namespace {
@@ -13,6 +13,8 @@ constexpr int kCountSlots = 42;
 constexpr int kProblemWithProjecting = 40; // the numeric determinant was not an integer
 constexpr int kDirectionsPerClosure = 30;
 constexpr double kClosureParameter = 1.25;
+// The documented vote names diagrams of more crossings numerically.
+constexpr int kDocumentedNumericAbove = 16;
 
 // Closes `chain` in place by closure method `method`; methods 1 to 3 are asked again on the
 // same, already changed chain for as long as they answer -1.
@@ -41,6 +43,12 @@ void Close(std::vector<ChainAtom>& chain, int method) {
 } // namespace
 
 int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureMethod, int closures) {
+  return tresk::VoteOverClosures(chain, counts, closureMethod, closures,
+                                 tresk::NamingOptions{kDocumentedNumericAbove});
+}
+
+int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
+                            int closures, const NamingOptions& naming) {
   std::fill(counts, counts + kCountSlots, 0);
   // Methods 0 and 1 are deterministic: one closure says everything. Compared unsigned, so a
   // negative method counts as unknown and makes `closures` passes.
@@ -57,7 +65,7 @@ int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureMet
     ChainReduce(working, true);
     int ordinal = kProblemWithProjecting;
     for (int d = 0; d < kDirectionsPerClosure && ordinal == kProblemWithProjecting; ++d) {
-      ordinal = FindTheKnotInParticularDirection(working, d);
+      ordinal = KnotInDirection(working, d, naming);
     }
     // Every direction failed numerically. A random closure is drawn again and casts no vote; a
     // deterministic one (methods 0 and 1, and the unclosed chain of unknown methods) would give

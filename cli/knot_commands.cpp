@@ -8,7 +8,7 @@
 
 #include "alexander/determinant.hpp" // for WhichKnotDouble_OrdNr
 #include "alexander/polynomial.hpp"  // for ShowPoly
-#include "chain/direction.hpp"       // for FindTheKnotInParticularDirection_poly
+#include "chain/naming.hpp"          // for tresk::PolynomialInDirection, tresk::VoteOverClosures
 #include "cli/commands.hpp"
 #include "crossings/crossings.hpp"     // for FindAllCrossings
 #include "entry/api.hpp"               // for tresk::PolymerChains
@@ -18,7 +18,16 @@
 
 namespace {
 
-constexpr int kExactCrossingBound = 16; // the bound the library uses for one projection
+constexpr int kExactCrossingBound = 16; // the bound of the library's documented calls
+
+void AddNumericAbove(CLI::App* command, tresk::NamingOptions& naming) {
+  command
+      ->add_option("--numeric-above", naming.numericAbove,
+                   "Name projections of more crossings than this by the determinant at t = 12 "
+                   "instead of the exact polynomial (16 = the library's documented calls)")
+      ->check(CLI::NonNegativeNumber)
+      ->capture_default_str();
+}
 
 struct KnotOptions {
   std::string file;
@@ -29,6 +38,7 @@ struct KnotOptions {
   long long seed = -1; // negative: seeded from the clock
   bool check = false;
   std::string output; // the distance-check report; none when empty
+  tresk::NamingOptions naming;
 };
 
 struct PolyOptions {
@@ -36,6 +46,7 @@ struct PolyOptions {
   tresk::ReadOptions choice;
   int direction = 0;
   bool noReduce = false;
+  tresk::NamingOptions naming;
 };
 
 // One verdict over closures, as the file driver prints it; the distance check (with -c) goes
@@ -51,7 +62,12 @@ void NameOneChain(const std::vector<ChainAtom>& chain, const KnotOptions& o, std
     }
   }
   int counts[42];
-  FindMajorKnot(chain, counts, o.closureMethod, o.closures);
+  // The documented call where it names the same way, and for its message on coordinates it
+  // cannot use.
+  if (o.naming.numericAbove == kExactCrossingBound || !tresk::CheckCoordinates(chain).empty())
+    FindMajorKnot(chain, counts, o.closureMethod, o.closures);
+  else
+    tresk::VoteOverClosures(chain, counts, o.closureMethod, o.closures, o.naming);
   std::cout << label << GiveTheNameOfKnot(counts) << "\n";
 }
 
@@ -124,17 +140,23 @@ void RunPoly(const PolyOptions& o) {
   boost::math::tools::polynomial<int> poly;
   double value = 0.0;
   int ordinal;
-  if (FindTheKnotInParticularDirection_poly(chain, poly, value, o.direction, kExactCrossingBound)) {
-    std::cout << "way: exact Alexander polynomial (at most " << kExactCrossingBound
-              << " crossings)\ncoefficients:";
+  int count = 0;
+  if (tresk::PolynomialInDirection(chain, o.direction, o.naming, poly, value, count)) {
+    if (count <= kExactCrossingBound)
+      std::cout << "way: exact Alexander polynomial (at most " << kExactCrossingBound
+                << " crossings)\ncoefficients:";
+    else
+      std::cout << "way: exact Alexander polynomial (" << count << " crossings)\ncoefficients:";
     for (std::size_t k = 0; k < poly.size(); ++k)
       std::cout << " " << poly[k];
+    if (poly.size() == 0)
+      std::cout << " (a coefficient is beyond the int range)";
     std::cout << "\npolynomial: ";
     ShowPoly(poly);
     std::cout << "\n";
     ordinal = WhichKnot_OrdNr(poly);
   } else {
-    std::cout << "way: numeric determinant at t = 12 (more than " << kExactCrossingBound
+    std::cout << "way: numeric determinant at t = 12 (more than " << o.naming.numericAbove
               << " crossings)\nvalue: " << value << "\n";
     ordinal = WhichKnotDouble_OrdNr(value);
   }
@@ -177,6 +199,7 @@ void RegisterKnotCommands(CLI::App& app) {
   k->add_flag("--all-chains", knot->allChains,
               "Name the knot of every polymer chain of a structure file, one line per chain: "
               "chain id, a tab, the verdict");
+  AddNumericAbove(k, knot->naming);
   k->footer("Example: tresk knot examples/chains/trefoil_open.xyz --seed 1");
   k->callback([knot] { RunKnot(*knot); });
 
@@ -194,6 +217,7 @@ void RegisterKnotCommands(CLI::App& app) {
               "Project the chain as it is, without first removing atoms that do not change "
               "its knot (more crossings, slower)");
   AddChainChoice(p, poly->choice);
+  AddNumericAbove(p, poly->naming);
   p->footer("Example: tresk poly examples/chains/trefoil_closed.xyz");
   p->callback([poly] { RunPoly(*poly); });
 }

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "cli/commands.hpp"
-#include "cli/plotDraw.hpp"            // for DrawFingerprint
-#include "entry/api.hpp"               // for tresk::WriteFingerprint, tresk::ReadFingerprint
+#include "cli/plotDraw.hpp" // for DrawFingerprint
+#include "entry/api.hpp" // for tresk::WriteFingerprint, tresk::ReadFingerprint, tresk::NamingOptions
 #include "preprocessing/chainprep.hpp" // for CheckDistancesBetweenAtoms
 
 namespace {
@@ -192,6 +192,12 @@ void RegisterScanCommands(CLI::App& app) {
       ->capture_default_str();
   m->add_flag("--numeric", matrix->scan.polyFlag,
               "With --polynomials: write the determinant at t = 12 instead of the polynomial");
+  matrix->scan.numericAbove = tresk::NamingOptions{}.numericAbove;
+  m->add_option("--numeric-above", matrix->scan.numericAbove,
+                "Name projections of more crossings than this by the determinant at t = 12 "
+                "instead of the exact polynomial (16 = the library's documented calls)")
+      ->check(CLI::NonNegativeNumber)
+      ->capture_default_str();
   m->add_option("--memory", matrix->scan.memoryLimit,
                 "Memory budget of one batch of closed subchains (13 units per point)")
       ->capture_default_str();

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "chain/naming.hpp"            // for tresk::NamingOptions, tresk::VoteOverClosures
 #include "core/records.hpp"            // for ChainAtom, RowFile
 #include "entry/survey.hpp"            // for tresk::SurveyFile, tresk::FormatSurveyRow
 #include "preprocessing/readChain.hpp" // for tresk::ReadChain, tresk::ReadOptions

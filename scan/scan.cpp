@@ -11,7 +11,8 @@
 #include <map>
 #include <sstream>
 
-#include "chain/direction.hpp"         // for FindTheKnotInParticularDirection*
+#include "chain/direction.hpp"         // for FindTheKnotInParticularDirection_poly_string
+#include "chain/naming.hpp"            // for tresk::KnotInDirection
 #include "core/log.hpp"                // for tresk::LogCapture
 #include "knots/whichKnot.hpp"         // for the verdict texts and strengths
 #include "preprocessing/readChain.hpp" // for tresk::CheckCoordinates
@@ -107,7 +108,8 @@ void ScanRun::RunPhase(int phase, const std::vector<ChainAtom>& chain, const std
             thread_local std::vector<ChainAtom> work;
             CopyJobToChainAtom(points, work, batch[i]);
             if (a.namesMode != 0) {
-              ordinals[i] = FindTheKnotInParticularDirection(work, kAnalysisDirection);
+              ordinals[i] = tresk::KnotInDirection(work, kAnalysisDirection,
+                                                   tresk::NamingOptions{a.numericAbove});
             } else {
               polies[i] =
                   FindTheKnotInParticularDirection_poly_string(work, a.polyOption, a.polyFlag);

@@ -20,7 +20,8 @@ std::string FindAllKnots_string(const std::vector<ChainAtom>& chain, int step, i
 namespace tresk {
 
 // What a scan computes: the arguments of FindAllKnots (polyOption = the crossing bound of the
-// exact polynomial, polyFlag = its value at t = 12 instead; memoryLimit = the batch budget).
+// exact polynomial, polyFlag = its value at t = 12 instead; memoryLimit = the batch budget;
+// numericAbove = the crossing bound of the exact polynomial in names mode, as in NamingOptions).
 struct FingerprintParams {
   int step = 10;
   int threshold = 20;
@@ -30,6 +31,7 @@ struct FingerprintParams {
   int polyOption = 15;
   bool polyFlag = false;
   unsigned long long memoryLimit = 768000000ULL;
+  int numericAbove = 16;
 };
 
 // How a scan runs. The output, the log text and the rand() sequence do not depend on it: every

@@ -1,0 +1,39 @@
+// How a diagram is named in the library's own API: exact Alexander polynomial up to a crossing
+// bound of the caller's choice, numeric determinant at t = 12 above it; one direction and the
+// vote over closures under that choice.
+#pragma once
+
+#include <vector>
+
+#include <boost/math/tools/polynomial.hpp>
+
+#include "core/records.hpp" // for ChainAtom
+
+namespace tresk {
+
+struct NamingOptions {
+  // A diagram with more crossings than this is decided by the numeric determinant at t = 12
+  // (which may give "Problem with projecting" or a false name); up to it the polynomial is
+  // exact, so one missing from the table is "not in the table". 16 is what the documented
+  // entry points do.
+  int numericAbove = 200;
+};
+
+// One projection of a closed chain along `direction` (0 to 59): true with the normalised exact
+// polynomial (left untouched after a degenerate projection, empty when a coefficient exceeds
+// int), false with the numeric determinant at t = 12 in `value`. `crossings` receives the
+// diagram's crossing count, -1 when the projection is degenerate.
+bool PolynomialInDirection(std::vector<ChainAtom> chain, int direction, const NamingOptions& naming,
+                           boost::math::tools::polynomial<int>& poly, double& value,
+                           int& crossings);
+
+// The knot ordinal of that projection (39 = not in the table, 40 = the numeric determinant was
+// not an integer).
+int KnotInDirection(std::vector<ChainAtom> chain, int direction, const NamingOptions& naming);
+
+// FindOneKnot under a naming choice: closes `chain` `closures` times by `closureMethod`, reduces
+// each closure and counts the first usable ordinal of 30 directions in counts[0..41].
+int VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
+                     int closures, const NamingOptions& naming);
+
+} // namespace tresk
