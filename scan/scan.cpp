@@ -165,8 +165,9 @@ std::vector<RowFile> ScanRun::Scan(const std::vector<ChainAtom>& chain) {
 tresk::FingerprintParams Params(int step, int threshold, int closureMethod, int closures,
                                 int namesMode, int polyOption, bool polyFlag,
                                 unsigned long long memoryLimit) {
-  return tresk::FingerprintParams{step,      threshold,  closureMethod, closures,
-                                  namesMode, polyOption, polyFlag,      memoryLimit};
+  // The documented drivers decide diagrams above 16 crossings by the numeric determinant.
+  return tresk::FingerprintParams{step,       threshold, closureMethod, closures, namesMode,
+                                  polyOption, polyFlag,  memoryLimit,   16};
 }
 
 } // namespace

@@ -31,7 +31,7 @@ struct FingerprintParams {
   int polyOption = 15;
   bool polyFlag = false;
   unsigned long long memoryLimit = 768000000ULL;
-  int numericAbove = 16;
+  int numericAbove = 200; // exact naming, as NamingOptions; the documented drivers use 16
 };
 
 // How a scan runs. The output, the log text and the rand() sequence do not depend on it: every

@@ -21,7 +21,7 @@ std::string Quote(const std::string& path) {
 }
 
 std::string Temp(const std::string& name) {
-  return testing::TempDir() + "tresk_cli_" + name;
+  return zoo::TempPath("cli_" + name);
 }
 
 std::string Slurp(const std::string& path) {

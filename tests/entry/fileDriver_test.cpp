@@ -12,7 +12,7 @@
 #include "tests/support/datafiles.hpp"
 
 TEST(FileDriver, BadInput) {
-  const std::string dir = testing::TempDir() + "tresk_fileDriver_";
+  const std::string dir = zoo::TempPath("fileDriver_");
   std::string trefoil = zoo::SourceFile("examples/chains/trefoil_closed.xyz"),
               empty = dir + "empty.xyz", out = dir + "out.txt", missing = dir + "missing.xyz";
   std::ofstream(empty).close();

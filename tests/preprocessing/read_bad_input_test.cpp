@@ -94,7 +94,7 @@ TEST(ReadBadInput, SmallFilesGoodAndBad) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    const std::string path = testing::TempDir() + c.name;
+    const std::string path = zoo::TempPath(c.name);
     FILE* f = std::fopen(path.c_str(), "wb");
     std::fwrite(c.bytes.data(), 1, c.bytes.size(), f);
     std::fclose(f);

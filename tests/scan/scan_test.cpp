@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/datafiles.hpp"
+
 #include "core/log.hpp"
 #include "entry/api.hpp"
 #include "entry/entry.hpp"
@@ -39,7 +41,7 @@ TEST(ScanDriver, TextsOfEveryDriverInBothModes) {
       {"trefoil, polynomials", trefoil, 0, 3, "{(1, 30): {'1 -1 1': 1}}",
        "{(1, 30): {'1 -1 1': 1}}"},
   };
-  std::string path = testing::TempDir() + "tresk_scan_driver.txt", log;
+  std::string path = zoo::TempPath("scan_driver.txt"), log;
   tresk::LogCapture capture(log);
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);

@@ -1,6 +1,8 @@
 // Corpus access for the ground-truth tests: paths, listings, readers and knot-type names.
 #include "tests/support/datafiles.hpp"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
@@ -8,6 +10,8 @@
 #include <fstream>
 #include <map>
 #include <sstream>
+
+#include <gtest/gtest.h>
 
 #include "preprocessing/chainprep.hpp" // for ChainRead
 
@@ -35,6 +39,10 @@ std::string DataFile(const std::string& relative) {
 
 std::string SourceFile(const std::string& relative) {
   return std::string(TRESK_SOURCE_DIR) + "/" + relative;
+}
+
+std::string TempPath(const std::string& name) {
+  return testing::TempDir() + "tresk_" + std::to_string(getpid()) + "_" + name;
 }
 
 bool InCI() {

@@ -15,6 +15,8 @@ std::string DataDir();
 std::string DataFile(const std::string& relative);
 // Full path of a file of the repository.
 std::string SourceFile(const std::string& relative);
+// A scratch file name of this test process (several test processes run at once).
+std::string TempPath(const std::string& name);
 // True when the CI variable is set: a missing corpus is then an error, not a skip.
 bool InCI();
 
