@@ -26,7 +26,8 @@ class BuildWithCMake(build_py):
         subprocess.check_call([
             "cmake", "-S", ROOT, "-B", build, "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
             "-DTRESK_ENABLE_CUDA=OFF", "-DTRESK_BUILD_TESTS=OFF", "-DTRESK_BUILD_BENCH=OFF",
-            "-DTRESK_BUILD_CLI=OFF", "-DTRESK_BUILD_PYTHON=ON", "-DPython3_EXECUTABLE=" + sys.executable,
+            "-DTRESK_BUILD_CLI=OFF", "-DTRESK_BUILD_PYTHON=ON",
+            "-DPython3_EXECUTABLE=" + sys.executable,
             "-DCMAKE_BUILD_WITH_INSTALL_RPATH=ON", "-DCMAKE_INSTALL_RPATH=$ORIGIN"])
         subprocess.check_call(["cmake", "--build", build, "-j", str(os.cpu_count() or 2),
                                "--target", "tresk_python"])

@@ -60,9 +60,10 @@ def knot(coords, closures=100, method=3, seed=None):
     """Name the knot of an open chain by closing it `closures` times (closure `method` 0-4,
     3 = both ends to one random point of a surrounding sphere). `seed` seeds rand() first
     (None: the sequence goes on). Returns (shares, verdict): shares maps each knot name
-    found to its share of the closures (0..1), verdict is the text of `tresk knot`."""
-    return _tresk.knot(_coords(coords), _count("closures", closures, 1, 1000000), _count("method", method, 0, 4),
-                       _seed(seed))
+    found ("01" = unknot, "3_1", ..., "UNKNOWN", "INSIDE") to its share of the closures
+    (0..1), verdict is the text of `tresk knot`, e.g. "3_1(95%) 5_2(5%) "."""
+    return _tresk.knot(_coords(coords), _count("closures", closures, 1, 1000000),
+                       _count("method", method, 0, 4), _seed(seed))
 
 
 def polynomial(coords):
@@ -80,6 +81,7 @@ def fingerprint(coords, step=10, threshold=20, closures=100, method=2, seed=None
     of FINGERPRINT_DTYPE, one row per knotted subchain."""
     rows = _tresk.fingerprint(_coords(coords), ids, _count("step", step, 1, 1000000),
                               _count("threshold", threshold, 0, 100),
-                              _count("closures", closures, 1, 1000000), _count("method", method, 0, 4),
-                              _seed(seed), _count("threads", threads, 0, 256))
+                              _count("closures", closures, 1, 1000000),
+                              _count("method", method, 0, 4), _seed(seed),
+                              _count("threads", threads, 0, 256))
     return np.array(rows, dtype=FINGERPRINT_DTYPE)
