@@ -103,6 +103,10 @@ void WriteFingerprintRows(std::ostream& out, const std::vector<RowFile>& rows, i
   out << "}";
 }
 
+std::string ReadFingerprintRow(const std::string& line, int atoms, FingerprintCell& cell) {
+  return ReadRow(Fields(line), atoms, cell);
+}
+
 std::string ReadFingerprint(std::istream& in, Fingerprint& out) {
   out = Fingerprint{};
   bool header = false;
@@ -118,7 +122,7 @@ std::string ReadFingerprint(std::istream& in, Fingerprint& out) {
       header = true;
     } else {
       out.cells.emplace_back();
-      error = ReadRow(f, out.atoms, out.cells.back());
+      error = ReadFingerprintRow(line, out.atoms, out.cells.back());
     }
     if (!error.empty())
       return AtLine(lineNumber, error);

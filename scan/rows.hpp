@@ -43,6 +43,10 @@ struct Fingerprint {
 // enough that a picture's per-atom loops stay quick.
 constexpr int kMaxFingerprintAtoms = 1000000;
 
+// Reads one names-mode row (a RowFile's text, or a line of the file) of a chain of `atoms`
+// atoms. Returns "" on success, otherwise what is wrong with it.
+std::string ReadFingerprintRow(const std::string& line, int atoms, FingerprintCell& cell);
+
 // Reads a names-mode fingerprint (header line, then rows or "UNKNOT"). Returns "" on success,
 // otherwise a message naming the offending line.
 std::string ReadFingerprint(std::istream& in, Fingerprint& out);

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds libtresk and runs the whole test suite: the main build (with the GPU unit when nvcc
-# is present, warnings as errors), the AddressSanitizer + UBSan build of the CPU suite and a
-# short fuzz run of the chain reader.
+# is present, warnings as errors) with the Python module's tests, the AddressSanitizer + UBSan
+# build of the CPU suite and a short fuzz run of the chain reader.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/install-deps.sh
@@ -14,7 +14,9 @@ fi
 
 cmake --preset ci
 cmake --build --preset ci -j "$JOBS"
-ctest --preset ci -j "$JOBS"
+ctest --preset ci -j "$JOBS" --label-exclude python
+# The Python module's tests (pytest under Debian's /usr/bin/python3); none found is a failure.
+ctest --preset ci -L python --no-tests=error
 
 if [ "${TRESK_SKIP_ASAN:-0}" != "1" ]; then
   cmake --preset asan
