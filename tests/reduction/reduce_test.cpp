@@ -21,7 +21,8 @@ using Chain = std::vector<fPointR3>;
 
 // Equal sizes and the same bits in every coordinate (so NaN equals itself and -0 differs from 0).
 bool SameBits(const Chain& a, const Chain& b) {
-  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof a[0]) == 0;
+  return a.size() == b.size() &&
+         (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof a[0]) == 0);
 }
 
 // Steps of length 3.8 in random directions; `confine` > 0 redraws steps that leave a sphere of
