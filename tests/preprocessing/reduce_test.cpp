@@ -5,6 +5,7 @@
 #include <cmath>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -90,6 +91,28 @@ TEST(ChainReduce, KnotTypeKept) {
           ++j;
         EXPECT_LT(j, c.chain.size()) << i; // without the flag, a subsequence of the input
       }
+    }
+  }
+}
+
+// The reduction reuses per-thread buffers: a chain reduced after others of every size (grid and
+// no grid, shortcuts or not) must come out exactly as on a fresh thread.
+TEST(ChainReduce, ReusedBuffersChangeNothing) {
+  const std::vector<std::vector<ChainAtom>> chains = {
+      ClimbingCoil(3000, 4), zoo::RandomlyRotated(zoo::TorusKnot(2, 3, 100), 1),
+      zoo::TorusKnot(2, 3, 4000), zoo::RandomlyRotated(zoo::TorusKnot(3, 4, 300), 6)};
+  for (bool flag : {false, true}) {
+    std::vector<std::vector<ChainAtom>> fresh(chains.size());
+    for (size_t i = 0; i < chains.size(); ++i)
+      std::thread([&] { ChainReduce(fresh[i] = chains[i], flag); }).join();
+    for (size_t i : {3, 0, 1, 2, 1, 3, 0}) {
+      SCOPED_TRACE(std::to_string(i) + (flag ? " with shortcuts" : ""));
+      std::vector<ChainAtom> chain = chains[i];
+      ChainReduce(chain, flag);
+      ASSERT_EQ(chain.size(), fresh[i].size());
+      for (size_t k = 0; k < chain.size(); ++k)
+        EXPECT_TRUE(chain[k].x == fresh[i][k].x && chain[k].y == fresh[i][k].y &&
+                    chain[k].z == fresh[i][k].z && chain[k].id == fresh[i][k].id);
     }
   }
 }
