@@ -91,10 +91,15 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
   if (m < 5)
     return false;
   // Called many times per closure: the buffers live on the thread and keep their capacity.
-  thread_local std::vector<P2> p;
-  thread_local std::vector<double> h;
-  thread_local std::vector<std::vector<Event>> onEdge;
-  thread_local std::vector<Event> events;
+  // (Used through references: every direct use of a thread_local costs a lookup.)
+  thread_local std::vector<P2> pBuffer;
+  thread_local std::vector<double> hBuffer;
+  thread_local std::vector<std::vector<Event>> onEdgeBuffer;
+  thread_local std::vector<Event> eventsBuffer;
+  std::vector<P2>& p = pBuffer;
+  std::vector<double>& h = hBuffer;
+  std::vector<std::vector<Event>>& onEdge = onEdgeBuffer;
+  std::vector<Event>& events = eventsBuffer;
   p.resize(m);
   h.resize(m);
   double scale = 0.0, hLo = 0.0, hHi = 0.0;

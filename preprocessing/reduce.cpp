@@ -14,12 +14,13 @@
 #include "preprocessing/directions.hpp"      // for ProjectionFrames
 #include "preprocessing/overpass.hpp"        // for ShortcutBestPass
 #include "preprocessing/projection_rank.hpp" // for CountDiagramCrossingsUpTo, RankPlanesTop
-#include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, SharedVertexSegmentEnters
+#include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleSeparation
 #include "preprocessing/vec3.hpp"            // for Vec3
 
 using tresk::PositionOf;
 using tresk::ProjectionFrames;
 using tresk::RankPlanesTop;
+using tresk::TriangleSeparation;
 using tresk::Vec3;
 
 namespace {
@@ -80,6 +81,7 @@ struct Reducer {
   std::deque<int> queue;
   int count = 0;
   double tol = 0.0;
+  double scale = 0.0; // the largest coordinate magnitude
 
   // Grid of segment references (stale entries are skipped by version).
   Vec3 origin{0, 0, 0};
@@ -98,7 +100,7 @@ struct Reducer {
     int n = static_cast<int>(chain.size());
     count = n;
     pts.clear();
-    double scale = 0.0;
+    scale = 0.0;
     for (const ChainAtom& a : chain) {
       pts.push_back(PositionOf(a));
       scale = std::max({scale, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
@@ -254,10 +256,13 @@ struct Reducer {
           return s;
     }
     Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
+    // Segments clearly apart from the triangle along one of its edge lines cannot block it.
+    const TriangleSeparation apart(t.p[0], t.p[1], t.p[2], tol, scale);
     auto test = [&](int s) {
       if (s == t.skip1 || s == t.skip2)
         return false;
-      return Overlap(box, BoxOf(pts[s], pts[next[s]])) && Blocks(s, t);
+      return Overlap(box, BoxOf(pts[s], pts[next[s]])) && !apart.Separated(pts[s], pts[next[s]]) &&
+             Blocks(s, t);
     };
     if (!useGrid) {
       int s = t.skip1;
