@@ -122,7 +122,7 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
   for (int i = 0; i + 2 < m; ++i) {
     for (int j = i + 2; j < (i == 0 ? m - 1 : m); ++j) {
       double ta, tb;
-      int r = Meet(P(i), P(i + 1), P(j), P(j + 1), hair, ta, tb);
+      int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], hair, ta, tb);
       if (r < 0)
         return false;
       if (r == 0)
@@ -181,16 +181,18 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
     int crossings = 0;
     double nearFrom = INFINITY, nearTo = INFINITY;
     bool sure = true;
-    for (int e = to; e != from && sure; e = (e + 1) % m) { // the edges outside the stretch
-      bool atTo = e == to, atFrom = (e + 1) % m == from;
+    for (int e = to; e != from && sure; e = e + 1 < m ? e + 1 : 0) { // the edges outside
+      const int f = e + 1 < m ? e + 1 : 0;
+      const P2 pe = p[e], pf = p[f];
+      bool atTo = e == to, atFrom = f == from;
       if (!atTo)
-        nearTo = std::min(nearTo, PointSegmentDistance(b, P(e), P(e + 1)));
+        nearTo = std::min(nearTo, PointSegmentDistance(b, pe, pf));
       if (!atFrom)
-        nearFrom = std::min(nearFrom, PointSegmentDistance(a, P(e), P(e + 1)));
+        nearFrom = std::min(nearFrom, PointSegmentDistance(a, pe, pf));
       if (atTo || atFrom)
         continue;
       double ta, tb;
-      int r = Meet(a, b, P(e), P(e + 1), hair, ta, tb);
+      int r = Meet(a, b, pe, pf, hair, ta, tb);
       if (r < 0)
         sure = false;
       crossings += r > 0;
