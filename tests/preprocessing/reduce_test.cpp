@@ -2,6 +2,7 @@
 // computed independently from the projected diagram, before and after), on named curves and
 // random closed walks; without the flag the result is a subsequence of the input; tiny chains
 // stay as they are.
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <string>
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "preprocessing/chainprep.hpp"
+#include "preprocessing/triangle_tests.hpp"
 #include "tests/support/curves.hpp"
 #include "tests/support/invariants.hpp"
 
@@ -115,6 +117,32 @@ TEST(ChainReduce, ReusedBuffersChangeNothing) {
                     chain[k].z == fresh[i][k].z && chain[k].id == fresh[i][k].id);
     }
   }
+}
+
+// The quick rejection of corner cutting must never reject a segment the full test finds within
+// tol: segments ending at multiples of tol from the triangle's edges and corners, in all
+// directions.
+TEST(ChainReduce, QuickRejectionOnlyOfMisses) {
+  std::mt19937 gen(7);
+  std::uniform_real_distribution<double> u(-1.0, 1.0);
+  const double scale = 50.0, tol = 1e-9 * scale;
+  int rejected = 0;
+  for (int trial = 0; trial < 20000; ++trial) {
+    tresk::Vec3 v[3], e[2];
+    for (tresk::Vec3& x : v)
+      x = {scale * u(gen), scale * u(gen), scale * u(gen)};
+    for (int k = 0; k < 2; ++k) { // ends near a point of an edge, off by a few tol
+      tresk::Vec3 a = v[trial % 3], b = v[(trial + 1) % 3];
+      double t = k == 0 ? std::clamp(u(gen), 0.0, 1.0) : u(gen);
+      e[k] = a + t * (b - a) + (tol * (trial % 40)) * tresk::Vec3{u(gen), u(gen), u(gen)};
+    }
+    const tresk::TriangleSeparation apart(v[0], v[1], v[2], tol, scale);
+    if (apart.Separated(e[0], e[1])) {
+      ++rejected;
+      EXPECT_FALSE(tresk::SegmentNearTriangle(e[0], e[1], v[0], v[1], v[2], tol)) << trial;
+    }
+  }
+  EXPECT_GT(rejected, 1000);
 }
 
 TEST(ChainReduce, TinyChainsUnchanged) {
