@@ -30,7 +30,24 @@ int Meet(P2 a1, P2 a2, P2 b1, P2 b2, double hair, double& ta, double& tb) {
     return 0;
   double o1 = Orient(a1, a2, b1), o2 = Orient(a1, a2, b2);
   double o3 = Orient(b1, b2, a1), o4 = Orient(b1, b2, a2);
-  double la = std::hypot(a2.x - a1.x, a2.y - a1.y), lb = std::hypot(b2.x - b1.x, b2.y - b1.y);
+  // The lengths decide only near-degenerate cases. Their square roots bound them within a few
+  // units in the last place (sums of squares well inside the normal range), so hypot is called
+  // only when a bound with a wide margin cannot settle every test the way it would.
+  double ax = a2.x - a1.x, ay = a2.y - a1.y, bx = b2.x - b1.x, by = b2.y - b1.y;
+  double qa = ax * ax + ay * ay, qb = bx * bx + by * by;
+  if (qa >= 1e-250 && qa <= 1e250 && qb >= 1e-250 && qb <= 1e250) {
+    double laLo = std::sqrt(qa) * (1.0 - 1e-12), lbLo = std::sqrt(qb) * (1.0 - 1e-12);
+    double laHi = std::sqrt(qa) * (1.0 + 1e-12), lbHi = std::sqrt(qb) * (1.0 + 1e-12);
+    if (laLo > hair && lbLo > hair && std::fabs(o1) > hair * laHi && std::fabs(o2) > hair * laHi &&
+        std::fabs(o3) > hair * lbHi && std::fabs(o4) > hair * lbHi) {
+      if ((o1 > 0.0) == (o2 > 0.0) || (o3 > 0.0) == (o4 > 0.0))
+        return 0;
+      ta = o3 / (o3 - o4);
+      tb = o1 / (o1 - o2);
+      return 1;
+    }
+  }
+  double la = std::hypot(ax, ay), lb = std::hypot(bx, by);
   if (la <= hair || lb <= hair)
     return -1;
   if ((std::fabs(o1) <= hair * la && PointSegmentDistance(b1, a1, a2) <= hair) ||
@@ -73,8 +90,18 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
   int m = static_cast<int>(chain.size());
   if (m < 5)
     return false;
-  std::vector<P2> p(m);
-  std::vector<double> h(m);
+  // Called many times per closure: the buffers live on the thread and keep their capacity.
+  // (Used through references: every direct use of a thread_local costs a lookup.)
+  thread_local std::vector<P2> pBuffer;
+  thread_local std::vector<double> hBuffer;
+  thread_local std::vector<std::vector<Event>> onEdgeBuffer;
+  thread_local std::vector<Event> eventsBuffer;
+  std::vector<P2>& p = pBuffer;
+  std::vector<double>& h = hBuffer;
+  std::vector<std::vector<Event>>& onEdge = onEdgeBuffer;
+  std::vector<Event>& events = eventsBuffer;
+  p.resize(m);
+  h.resize(m);
   double scale = 0.0, hLo = 0.0, hHi = 0.0;
   for (int i = 0; i < m; ++i) {
     Vec3 a = PositionOf(chain[i]);
@@ -88,11 +115,14 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
   auto P = [&](int i) { return p[((i % m) + m) % m]; };
 
   // All crossings of non-adjacent edges, as events on both edges.
-  std::vector<std::vector<Event>> onEdge(m);
+  if (onEdge.size() < size_t(m))
+    onEdge.resize(m);
+  for (int i = 0; i < m; ++i)
+    onEdge[i].clear();
   for (int i = 0; i + 2 < m; ++i) {
     for (int j = i + 2; j < (i == 0 ? m - 1 : m); ++j) {
       double ta, tb;
-      int r = Meet(P(i), P(i + 1), P(j), P(j + 1), hair, ta, tb);
+      int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], hair, ta, tb);
       if (r < 0)
         return false;
       if (r == 0)
@@ -105,8 +135,9 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
       onEdge[j].push_back({j, tb, hj > hi ? 1 : -1});
     }
   }
-  std::vector<Event> events;
-  for (auto& list : onEdge) {
+  events.clear();
+  for (int i = 0; i < m; ++i) {
+    std::vector<Event>& list = onEdge[i];
     std::sort(list.begin(), list.end(), [](const Event& a, const Event& b) { return a.t < b.t; });
     events.insert(events.end(), list.begin(), list.end());
   }
@@ -150,16 +181,18 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
     int crossings = 0;
     double nearFrom = INFINITY, nearTo = INFINITY;
     bool sure = true;
-    for (int e = to; e != from && sure; e = (e + 1) % m) { // the edges outside the stretch
-      bool atTo = e == to, atFrom = (e + 1) % m == from;
+    for (int e = to; e != from && sure; e = e + 1 < m ? e + 1 : 0) { // the edges outside
+      const int f = e + 1 < m ? e + 1 : 0;
+      const P2 pe = p[e], pf = p[f];
+      bool atTo = e == to, atFrom = f == from;
       if (!atTo)
-        nearTo = std::min(nearTo, PointSegmentDistance(b, P(e), P(e + 1)));
+        nearTo = std::min(nearTo, PointSegmentDistance(b, pe, pf));
       if (!atFrom)
-        nearFrom = std::min(nearFrom, PointSegmentDistance(a, P(e), P(e + 1)));
+        nearFrom = std::min(nearFrom, PointSegmentDistance(a, pe, pf));
       if (atTo || atFrom)
         continue;
       double ta, tb;
-      int r = Meet(a, b, P(e), P(e + 1), hair, ta, tb);
+      int r = Meet(a, b, pe, pf, hair, ta, tb);
       if (r < 0)
         sure = false;
       crossings += r > 0;

@@ -42,7 +42,8 @@ int CountDiagramCrossingsUpTo(const std::vector<ChainAtom>& chain, const Project
     return 0;
   // Called for 30 planes of every chain the fingerprint scan analyses: no allocation after the
   // first call on a thread, boxes first, orientation signs next, the hair tests last.
-  thread_local std::vector<Seg> s;
+  thread_local std::vector<Seg> buffer;
+  std::vector<Seg>& s = buffer; // one thread-local lookup
   s.resize(n);
   double scale = 0.0;
   for (int i = 0; i < n; ++i) {

@@ -14,12 +14,13 @@
 #include "preprocessing/directions.hpp"      // for ProjectionFrames
 #include "preprocessing/overpass.hpp"        // for ShortcutBestPass
 #include "preprocessing/projection_rank.hpp" // for CountDiagramCrossingsUpTo, RankPlanesTop
-#include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, SharedVertexSegmentEnters
+#include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleSeparation
 #include "preprocessing/vec3.hpp"            // for Vec3
 
 using tresk::PositionOf;
 using tresk::ProjectionFrames;
 using tresk::RankPlanesTop;
+using tresk::TriangleSeparation;
 using tresk::Vec3;
 
 namespace {
@@ -69,7 +70,8 @@ bool Overlap(const Box& a, const Box& b) {
 }
 
 // The working state of one reduction: a doubly linked ring over the input points, the blocked
-// corners waiting for their blocker to change, and a uniform grid of segments.
+// corners waiting for their blocker to change, and a uniform grid of segments. One per thread is
+// reused by every reduction on it, so its buffers (and the grid's lists) keep their capacity.
 struct Reducer {
   std::vector<Vec3> pts;
   std::vector<int> prev, next;
@@ -79,23 +81,26 @@ struct Reducer {
   std::deque<int> queue;
   int count = 0;
   double tol = 0.0;
+  double scale = 0.0; // the largest coordinate magnitude
 
   // Grid of segment references (stale entries are skipped by version).
   Vec3 origin{0, 0, 0};
   double cell = 1.0;
   int dims[3] = {1, 1, 1};
-  std::vector<std::vector<SegmentRef>> cells;
+  std::vector<std::vector<SegmentRef>> cells; // the first cellCount are in use
+  size_t cellCount = 0;
   std::vector<SegmentRef> wide; // segments too long for the grid
   bool useGrid = false;
   int gridBuiltAt = 0;
   std::vector<unsigned> seen;
   unsigned stamp = 0;
+  std::vector<double> lengths; // scratch of BuildGrid
 
-  explicit Reducer(const std::vector<ChainAtom>& chain) {
+  void Reset(const std::vector<ChainAtom>& chain) {
     int n = static_cast<int>(chain.size());
     count = n;
-    pts.reserve(n);
-    double scale = 0.0;
+    pts.clear();
+    scale = 0.0;
     for (const ChainAtom& a : chain) {
       pts.push_back(PositionOf(a));
       scale = std::max({scale, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
@@ -110,8 +115,23 @@ struct Reducer {
     alive.assign(n, 1);
     queued.assign(n, 0);
     version.assign(n, 0);
-    blockedBy.resize(n);
+    if (blockedBy.size() < size_t(n))
+      blockedBy.resize(n);
+    for (int i = 0; i < n; ++i)
+      blockedBy[i].clear();
+    queue.clear();
     seen.assign(n, 0);
+    stamp = 0;
+    ClearCells();
+    wide.clear();
+    useGrid = false;
+    gridBuiltAt = 0;
+  }
+
+  void ClearCells() {
+    for (size_t c = 0; c < cellCount; ++c)
+      cells[c].clear();
+    cellCount = 0;
   }
 
   void Enqueue(int v) {
@@ -147,13 +167,13 @@ struct Reducer {
 
   // Cell size: the median segment length, but no more cells than about four per vertex.
   void BuildGrid() {
-    cells.clear();
+    ClearCells();
     wide.clear();
     useGrid = count > kBruteForceSize;
     gridBuiltAt = count;
     if (!useGrid)
       return;
-    std::vector<double> lengths;
+    lengths.clear();
     Vec3 lo = pts[FirstAlive()], hi = lo;
     ForEachAlive([&](int s) {
       lengths.push_back(Norm(pts[next[s]] - pts[s]));
@@ -176,7 +196,9 @@ struct Reducer {
         dims[k] = 1 + static_cast<int>(e / cell);
       }
     }
-    cells.assign(size_t(dims[0]) * dims[1] * dims[2], {});
+    cellCount = size_t(dims[0]) * dims[1] * dims[2];
+    if (cells.size() < cellCount)
+      cells.resize(cellCount);
     ForEachAlive([&](int s) { Insert(s); });
   }
 
@@ -234,10 +256,13 @@ struct Reducer {
           return s;
     }
     Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
+    // Segments clearly apart from the triangle along one of its edge lines cannot block it.
+    const TriangleSeparation apart(t.p[0], t.p[1], t.p[2], tol, scale);
     auto test = [&](int s) {
       if (s == t.skip1 || s == t.skip2)
         return false;
-      return Overlap(box, BoxOf(pts[s], pts[next[s]])) && Blocks(s, t);
+      return Overlap(box, BoxOf(pts[s], pts[next[s]])) && !apart.Separated(pts[s], pts[next[s]]) &&
+             Blocks(s, t);
     };
     if (!useGrid) {
       int s = t.skip1;
@@ -336,13 +361,13 @@ struct Reducer {
     }
   }
 
-  std::vector<ChainAtom> Result(const std::vector<ChainAtom>& chain) const {
-    std::vector<ChainAtom> out;
-    out.reserve(count);
-    for (int i = 0; i < static_cast<int>(chain.size()); ++i)
+  // Keeps the surviving atoms of `chain` in place.
+  void Result(std::vector<ChainAtom>& chain) const {
+    size_t kept = 0;
+    for (size_t i = 0; i < chain.size(); ++i)
       if (alive[i])
-        out.push_back(AtomAt(pts[i], chain[i].id));
-    return out;
+        chain[kept++] = AtomAt(pts[i], chain[i].id);
+    chain.resize(kept);
   }
 };
 
@@ -362,21 +387,26 @@ void CutCorners(std::vector<ChainAtom>& chain) {
     chain.swap(distinct);
   if (chain.size() < 4)
     return;
-  Reducer r(chain);
+  thread_local Reducer r;
+  r.Reset(chain);
   r.Run();
-  chain = r.Result(chain);
+  r.Result(chain);
 }
 
 // The least number of crossings over the 30 projection planes, planes too close to a degenerate
 // diagram left out (INT_MAX when all are).
 // With `below` given, only counts under it are exact: the result is `below` when no plane has
-// fewer crossings.
-int FewestCrossings(const std::vector<ChainAtom>& chain, int below = INT_MAX) {
+// fewer crossings. The result does not depend on the order the planes are tried in (each count
+// under the running minimum is exact, the others change nothing), so `order` may put the planes
+// likely to have few crossings first, letting the others stop early.
+int FewestCrossings(const std::vector<ChainAtom>& chain, int below = INT_MAX,
+                    const std::array<int, 30>* order = nullptr) {
   int fewest = below;
   for (int k = 0; k < 30; ++k) {
     // A plane cannot lower the minimum once it has as many crossings: its count stops there.
     bool nearDegenerate = false;
-    int c = CountDiagramCrossingsUpTo(chain, ProjectionFrames()[k], fewest, nearDegenerate);
+    const int plane = order ? (*order)[k] : k;
+    int c = CountDiagramCrossingsUpTo(chain, ProjectionFrames()[plane], fewest, nearDegenerate);
     if (!nearDegenerate && c < fewest)
       fewest = c;
   }
@@ -388,26 +418,32 @@ int FewestCrossings(const std::vector<ChainAtom>& chain, int below = INT_MAX) {
 // plane is kept, round after round, while that number still falls.
 void ShortcutPasses(std::vector<ChainAtom>& chain) {
   int current = FewestCrossings(chain);
+  std::vector<ChainAtom> best, trial, cut;
   for (int round = 0; round < kMaxShortcutRounds && current > 0; ++round) {
     int m = static_cast<int>(chain.size());
     int planes = m <= kAllPlanesSize ? 30 : 4;
     std::array<int, 30> rank = RankPlanesTop(chain, planes);
-    std::vector<ChainAtom> best;
+    best.clear();
     int bestCrossings = current;
     for (int k = 0; k < planes; ++k) {
-      std::vector<ChainAtom> trial = chain;
+      trial = chain;
       int moves = 0;
       while (moves < 4 * m && ShortcutBestPass(trial, ProjectionFrames()[rank[k]]))
         ++moves;
       if (moves == 0)
         continue;
-      std::vector<ChainAtom> cut = trial;
+      cut = trial;
       CutCorners(cut);
+      // The planes are counted starting with the one the shortcuts were made in, then in the
+      // chain's ranking.
+      std::array<int, 30> order = rank;
+      std::rotate(order.begin(), order.begin() + k, order.begin() + k + 1);
       // The cut variant wins ties; either must beat the best so far. Counts at or above what
-      // they must beat are not needed exactly.
-      int cutCrossings = FewestCrossings(cut, bestCrossings);
+      // they must beat are not needed exactly. When corner cutting removed nothing the two
+      // variants are the same chain and the cut one is the one kept.
+      int cutCrossings = FewestCrossings(cut, bestCrossings, &order);
       int bar = std::min(cutCrossings, bestCrossings);
-      int crossings = FewestCrossings(trial, bar);
+      int crossings = cut.size() == trial.size() ? bar : FewestCrossings(trial, bar, &order);
       if (crossings < bar) {
         bestCrossings = crossings;
         best.swap(trial);

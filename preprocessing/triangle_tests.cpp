@@ -92,6 +92,35 @@ bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
          SegmentSegmentDistance2(p, q, b, c) <= tol2 || SegmentSegmentDistance2(p, q, c, a) <= tol2;
 }
 
+TriangleSeparation::TriangleSeparation(Vec3 a, Vec3 b, Vec3 c, double tol, double scale) : a_(a) {
+  if (!(tol >= 1e-100 && scale <= 1e50))
+    return;
+  const Vec3 n = Cross(b - a, c - a);
+  const Vec3 corner[3] = {a, b, c};
+  for (int k = 0; k < 3; ++k) {
+    Vec3 axis = Cross(corner[(k + 1) % 3] - corner[k], n);
+    double length = Norm(axis);
+    if (!(length >= 1e-150))
+      continue;
+    double margin = 8.0 * tol * length;
+    double db = Dot(axis, b - a), dc = Dot(axis, c - a);
+    axis_[axes_] = axis;
+    lo_[axes_] = std::min({0.0, db, dc}) - margin;
+    hi_[axes_] = std::max({0.0, db, dc}) + margin;
+    ++axes_;
+  }
+}
+
+bool TriangleSeparation::Separated(Vec3 p, Vec3 q) const {
+  const Vec3 pa = p - a_, qa = q - a_;
+  for (int k = 0; k < axes_; ++k) {
+    double dp = Dot(axis_[k], pa), dq = Dot(axis_[k], qa);
+    if ((dp > hi_[k] && dq > hi_[k]) || (dp < lo_[k] && dq < lo_[k]))
+      return true;
+  }
+  return false;
+}
+
 bool SharedVertexSegmentEnters(Vec3 s, Vec3 x, Vec3 o1, Vec3 o2, double angleTol) {
   Vec3 w = x - s, e1 = o1 - s, e2 = o2 - s;
   double lw = Norm(w), l1 = Norm(e1), l2 = Norm(e2);

@@ -16,4 +16,21 @@ bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol);
 // the answer is in doubt.
 bool SharedVertexSegmentEnters(Vec3 s, Vec3 x, Vec3 o1, Vec3 o2, double angleTol);
 
+// A quick exact rejection for SegmentNearTriangle against one triangle: the three lines of its
+// edges, as axes in its plane. A segment whose projection on one of them lies beyond the
+// triangle's by a wide margin (8 x tol, about a million times any rounding error, for
+// coordinates between 1e-91 and 1e50 in size) is farther than tol from the triangle, so
+// SegmentNearTriangle would report a miss. Anything else is left to the full test.
+class TriangleSeparation {
+public:
+  TriangleSeparation(Vec3 a, Vec3 b, Vec3 c, double tol, double scale);
+  bool Separated(Vec3 p, Vec3 q) const;
+
+private:
+  Vec3 a_;
+  Vec3 axis_[3];
+  double lo_[3], hi_[3];
+  int axes_ = 0;
+};
+
 } // namespace tresk

@@ -2,14 +2,17 @@
 // computed independently from the projected diagram, before and after), on named curves and
 // random closed walks; without the flag the result is a subsequence of the input; tiny chains
 // stay as they are.
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "preprocessing/chainprep.hpp"
+#include "preprocessing/triangle_tests.hpp"
 #include "tests/support/curves.hpp"
 #include "tests/support/invariants.hpp"
 
@@ -92,6 +95,54 @@ TEST(ChainReduce, KnotTypeKept) {
       }
     }
   }
+}
+
+// The reduction reuses per-thread buffers: a chain reduced after others of every size (grid and
+// no grid, shortcuts or not) must come out exactly as on a fresh thread.
+TEST(ChainReduce, ReusedBuffersChangeNothing) {
+  const std::vector<std::vector<ChainAtom>> chains = {
+      ClimbingCoil(3000, 4), zoo::RandomlyRotated(zoo::TorusKnot(2, 3, 100), 1),
+      zoo::TorusKnot(2, 3, 4000), zoo::RandomlyRotated(zoo::TorusKnot(3, 4, 300), 6)};
+  for (bool flag : {false, true}) {
+    std::vector<std::vector<ChainAtom>> fresh(chains.size());
+    for (size_t i = 0; i < chains.size(); ++i)
+      std::thread([&] { ChainReduce(fresh[i] = chains[i], flag); }).join();
+    for (size_t i : {3, 0, 1, 2, 1, 3, 0}) {
+      SCOPED_TRACE(std::to_string(i) + (flag ? " with shortcuts" : ""));
+      std::vector<ChainAtom> chain = chains[i];
+      ChainReduce(chain, flag);
+      ASSERT_EQ(chain.size(), fresh[i].size());
+      for (size_t k = 0; k < chain.size(); ++k)
+        EXPECT_TRUE(chain[k].x == fresh[i][k].x && chain[k].y == fresh[i][k].y &&
+                    chain[k].z == fresh[i][k].z && chain[k].id == fresh[i][k].id);
+    }
+  }
+}
+
+// The quick rejection of corner cutting must never reject a segment the full test finds within
+// tol: segments ending at multiples of tol from the triangle's edges and corners, in all
+// directions.
+TEST(ChainReduce, QuickRejectionOnlyOfMisses) {
+  std::mt19937 gen(7);
+  std::uniform_real_distribution<double> u(-1.0, 1.0);
+  const double scale = 50.0, tol = 1e-9 * scale;
+  int rejected = 0;
+  for (int trial = 0; trial < 20000; ++trial) {
+    tresk::Vec3 v[3], e[2];
+    for (tresk::Vec3& x : v)
+      x = {scale * u(gen), scale * u(gen), scale * u(gen)};
+    for (int k = 0; k < 2; ++k) { // ends near a point of an edge, off by a few tol
+      tresk::Vec3 a = v[trial % 3], b = v[(trial + 1) % 3];
+      double t = k == 0 ? std::clamp(u(gen), 0.0, 1.0) : u(gen);
+      e[k] = a + t * (b - a) + (tol * (trial % 40)) * tresk::Vec3{u(gen), u(gen), u(gen)};
+    }
+    const tresk::TriangleSeparation apart(v[0], v[1], v[2], tol, scale);
+    if (apart.Separated(e[0], e[1])) {
+      ++rejected;
+      EXPECT_FALSE(tresk::SegmentNearTriangle(e[0], e[1], v[0], v[1], v[2], tol)) << trial;
+    }
+  }
+  EXPECT_GT(rejected, 1000);
 }
 
 TEST(ChainReduce, TinyChainsUnchanged) {
