@@ -378,13 +378,9 @@ void RegisterBatchCommands(CLI::App& app) {
       ->capture_default_str();
   b->add_option("-j,--jobs", batch->jobs, "Worker processes (default: every core)")
       ->check(CLI::Range(1, 1024));
-  b->add_option("-m,--closure-method", batch->survey.closureMethod,
-                "How to close each chain, as for `tresk knot`")
-      ->check(CLI::Range(0, 4))
-      ->capture_default_str();
-  b->add_option("-n,--closures", batch->survey.closures, "Random closures per chain")
-      ->check(CLI::Range(1, 1000000))
-      ->capture_default_str();
+
+  AddClosureOptions(b, batch->survey.closureMethod, batch->survey.closures,
+                    "How to close each chain, as for `tresk knot`", "Random closures per chain");
   b->add_option("-s,--seed", batch->seed,
                 "Seed of the random closures, mixed with each file name and chain so that a row "
                 "does not depend on the worker or the order")

@@ -25,6 +25,11 @@ void AddChainFile(CLI::App* command, std::string& file,
                                             "or mmCIF (C-alpha atoms)");
 // Seeds rand() with `seed`, or from the clock when it is negative.
 void SeedRandom(long long seed);
+// -m/--closure-method (0..4) and -n/--closures (1..1000000) with the command's own help texts.
+void AddClosureOptions(CLI::App* command, int& method, int& closures, const std::string& methodHelp,
+                       const std::string& closuresHelp);
+// --numeric-above: the crossing bound of exact naming (default: the value already in `bound`).
+void AddNumericAbove(CLI::App* command, int& bound);
 // --chain, --model and --atom: which chain of a structure file is read.
 void AddChainChoice(CLI::App* command, tresk::ReadOptions& choice);
 // The chosen chain of `file`, with the chain, its size and its breaks said on standard error for

@@ -20,6 +20,25 @@ void SeedRandom(long long seed) {
   std::srand(seed >= 0 ? static_cast<unsigned>(seed) : static_cast<unsigned>(std::time(nullptr)));
 }
 
+void AddClosureOptions(CLI::App* command, int& method, int& closures, const std::string& methodHelp,
+                       const std::string& closuresHelp) {
+  command->add_option("-m,--closure-method", method, methodHelp)
+      ->check(CLI::Range(0, 4))
+      ->capture_default_str();
+  command->add_option("-n,--closures", closures, closuresHelp)
+      ->check(CLI::Range(1, 1000000))
+      ->capture_default_str();
+}
+
+void AddNumericAbove(CLI::App* command, int& bound) {
+  command
+      ->add_option("--numeric-above", bound,
+                   "Name projections of more crossings than this by the determinant at t = 12 "
+                   "instead of the exact polynomial (16 = the library's documented calls)")
+      ->check(CLI::NonNegativeNumber)
+      ->capture_default_str();
+}
+
 void AddChainChoice(CLI::App* command, tresk::ReadOptions& choice) {
   command->add_option("--chain", choice.chain,
                       "Chain of a PDB/mmCIF file: author chain id (or mmCIF label id); default: "

@@ -20,15 +20,6 @@ namespace {
 
 constexpr int kExactCrossingBound = 16; // the bound of the library's documented calls
 
-void AddNumericAbove(CLI::App* command, tresk::NamingOptions& naming) {
-  command
-      ->add_option("--numeric-above", naming.numericAbove,
-                   "Name projections of more crossings than this by the determinant at t = 12 "
-                   "instead of the exact polynomial (16 = the library's documented calls)")
-      ->check(CLI::NonNegativeNumber)
-      ->capture_default_str();
-}
-
 struct KnotOptions {
   std::string file;
   tresk::ReadOptions choice;
@@ -175,18 +166,14 @@ void RegisterKnotCommands(CLI::App& app) {
               "project each closure, and print every knot type found with its share, e.g. "
               "'3_1(70%) 01(30%)'.");
   AddChainFile(k, knot->file);
-  k->add_option("-m,--closure-method", knot->closureMethod,
-                "How to close the chain, through a sphere around it: 0 = the chain is already "
-                "closed, use it as it is; 1 = push both ends straight out to the sphere (one "
-                "fixed closure); 2 = join each end to its own random point of the sphere; 3 = "
-                "join both ends to one random point of the sphere; 4 = extend both ends in one "
-                "random direction")
-      ->check(CLI::Range(0, 4))
-      ->capture_default_str();
-  k->add_option("-n,--closures", knot->closures,
-                "How many random closures to vote over (methods 0 and 1 always make one)")
-      ->check(CLI::Range(1, 1000000))
-      ->capture_default_str();
+
+  AddClosureOptions(k, knot->closureMethod, knot->closures,
+                    "How to close the chain, through a sphere around it: 0 = the chain is already "
+                    "closed, use it as it is; 1 = push both ends straight out to the sphere (one "
+                    "fixed closure); 2 = join each end to its own random point of the sphere; 3 = "
+                    "join both ends to one random point of the sphere; 4 = extend both ends in one "
+                    "random direction",
+                    "How many random closures to vote over (methods 0 and 1 always make one)");
   k->add_option("-s,--seed", knot->seed,
                 "Seed of the random closures, for repeatable results (default: from the clock)")
       ->check(CLI::Range(0LL, 4294967295LL));
@@ -199,7 +186,7 @@ void RegisterKnotCommands(CLI::App& app) {
   k->add_flag("--all-chains", knot->allChains,
               "Name the knot of every polymer chain of a structure file, one line per chain: "
               "chain id, a tab, the verdict");
-  AddNumericAbove(k, knot->naming);
+  AddNumericAbove(k, knot->naming.numericAbove);
   k->footer("Example: tresk knot examples/chains/trefoil_open.xyz --seed 1");
   k->callback([knot] { RunKnot(*knot); });
 
@@ -217,7 +204,7 @@ void RegisterKnotCommands(CLI::App& app) {
               "Project the chain as it is, without first removing atoms that do not change "
               "its knot (more crossings, slower)");
   AddChainChoice(p, poly->choice);
-  AddNumericAbove(p, poly->naming);
+  AddNumericAbove(p, poly->naming.numericAbove);
   p->footer("Example: tresk poly examples/chains/trefoil_closed.xyz");
   p->callback([poly] { RunPoly(*poly); });
 }

@@ -172,15 +172,12 @@ void RegisterScanCommands(CLI::App& app) {
   m->add_option("-t,--threshold", matrix->scan.threshold,
                 "Refine around grid points whose knot probability (in %) is above this")
       ->capture_default_str();
-  m->add_option("-m,--closure-method", matrix->scan.closureMethod,
-                "How to close each subchain: 1 = one fixed closure far out; 2 = join both ends "
-                "through two random far points; 3 = through one random far point; 0 or 4 = "
-                "leave it open (the ends are joined directly)")
-      ->check(CLI::Range(0, 4))
-      ->capture_default_str();
-  m->add_option("-n,--closures", matrix->scan.closures, "Random closures per subchain")
-      ->check(CLI::Range(1, 1000000))
-      ->capture_default_str();
+
+  AddClosureOptions(m, matrix->scan.closureMethod, matrix->scan.closures,
+                    "How to close each subchain: 1 = one fixed closure far out; 2 = join both ends "
+                    "through two random far points; 3 = through one random far point; 0 or 4 = "
+                    "leave it open (the ends are joined directly)",
+                    "Random closures per subchain");
   m->add_option("--seed", matrix->seed,
                 "Seed of the random closures, for repeatable results (default: from the clock)")
       ->check(CLI::NonNegativeNumber);
@@ -193,11 +190,7 @@ void RegisterScanCommands(CLI::App& app) {
   m->add_flag("--numeric", matrix->scan.polyFlag,
               "With --polynomials: write the determinant at t = 12 instead of the polynomial");
   matrix->scan.numericAbove = tresk::NamingOptions{}.numericAbove;
-  m->add_option("--numeric-above", matrix->scan.numericAbove,
-                "Name projections of more crossings than this by the determinant at t = 12 "
-                "instead of the exact polynomial (16 = the library's documented calls)")
-      ->check(CLI::NonNegativeNumber)
-      ->capture_default_str();
+  AddNumericAbove(m, matrix->scan.numericAbove);
   // The command's own batch budget: a fifth of the documented driver's, so that a scan stays
   // within a few hundred megabytes; batches only split the work, the output is the same.
   matrix->scan.memoryLimit = 150000000ULL;
