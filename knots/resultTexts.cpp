@@ -10,6 +10,7 @@
 
 #include "knots/tallyMath.hpp" // for Percent, the ordinals
 #include "knots/whichKnot.hpp"
+#include "knots/knotTable.hpp" // for tresk::EnsureKnotsFilled
 
 // Bands T = 90, 87, ..., 0: each knot with a percentage stands in the cell of the largest T
 // below its percentage (60 under 57, 100 under 90), several knots of one cell joined by ",",
@@ -17,6 +18,7 @@
 // closures. Only unknot and inside closures: "01" for a strict unknot majority, else 31 empty
 // cells.
 std::string GiveTheNameOfKnot_toMatrix(int* counts) {
+  tresk::EnsureKnotsFilled(); // names and polynomials exist before any explicit load
   int total = 0;
   for (int i = 0; i < tresk::kOrdinals; ++i)
     total = tresk::WrapAdd(total, counts[i]);

@@ -8,10 +8,12 @@
 
 #include "knots/tallyMath.hpp" // for Percent, the ordinals
 #include "knots/whichKnot.hpp"
+#include "knots/knotTable.hpp" // for tresk::EnsureKnotsFilled
 
 // The most frequent outcome (ties to the lower ordinal) when it holds strictly more than 50
 // percent after truncation; "-2" when no closure reached a knot outcome (0..39), else "-1".
 std::string GiveTheNameOfKnotOne(int* counts) {
+  tresk::EnsureKnotsFilled(); // names and polynomials exist before any explicit load
   int sum = 0;
   int largest = 0;
   int ordinal = 0;
@@ -60,6 +62,7 @@ int GiveTheStrenghtOfKnot_poly(std::map<std::string, float> polies) {
 // closures never listed with a share; failed and inside closures together as "IN(n) ", marked
 // when they exceed a third of the total.
 std::string GiveTheNameOfKnot_allProj(int* counts) {
+  tresk::EnsureKnotsFilled(); // names and polynomials exist before any explicit load
   std::vector<Knocik> outcomes;
   outcomes.reserve(tresk::kOrdinals);
   int total = 0;

@@ -10,6 +10,7 @@ constexpr int kNoMatch = 39;
 } // namespace
 
 int tresk::KnotOrdinal(const boost::math::tools::polynomial<int>& poly) {
+  tresk::EnsureKnotsFilled(); // names and polynomials exist before any explicit load
   const boost::math::tools::polynomial<int> normal = NormalizePoly(poly);
   for (int i = 0; i < kSearchable; ++i) {
     if (tresk::EqualCoefficients(normal.data(), knots[i].poly.data()))

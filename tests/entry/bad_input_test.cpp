@@ -38,6 +38,13 @@ TEST(InMemoryBadInput, DeterministicClosureWhoseProjectionsAllFailEnds) {
   }
 }
 
+// Run as its own process (as ctest does), this names counts before anything loaded the table.
+TEST(InMemoryBadInput, NamesBeforeAnyTableLoad) {
+  int counts[42] = {};
+  counts[1] = 3;
+  EXPECT_EQ(GiveTheNameOfKnot(counts), "3_1(100%) ");
+}
+
 TEST(InMemoryBadInput, NullArraysAndUnsupportedCoordinates) {
   std::vector<ChainAtom> chain = Repro("coincident.xyz");
   EXPECT_EQ(FindMajorKnot(chain, nullptr, 2, 3), -1);
