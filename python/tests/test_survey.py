@@ -10,14 +10,16 @@ import tresk
 
 distributed = pytest.importorskip("dask.distributed")
 ROOT = os.path.join(os.path.dirname(__file__), "..", "..")
-INPUTS = [os.path.join(ROOT, "tests", "data", "structures"), os.path.join(ROOT, "examples", "chains")]
-TRESK = os.environ.get("TRESK_BIN", os.path.join(os.path.dirname(tresk.__file__), "..", "..", "tresk"))
+INPUTS = [os.path.join(ROOT, "tests", "data", "structures"),
+          os.path.join(ROOT, "examples", "chains")]
+TRESK = os.environ.get("TRESK_BIN",
+                       os.path.join(os.path.dirname(tresk.__file__), "..", "..", "tresk"))
 
 
 def batch(tmp_path, closures):
     out = tmp_path / "batch.tsv"
-    subprocess.run([TRESK, "batch", *INPUTS, "-o", out, "-n", str(closures), "-s", "7", "--no-times"],
-                   check=True, capture_output=True)
+    subprocess.run([TRESK, "batch", *INPUTS, "-o", out, "-n", str(closures), "-s", "7",
+                    "--no-times"], check=True, capture_output=True)
     return out.read_bytes()
 
 
@@ -39,6 +41,7 @@ def test_killed_worker_and_resumed_run_lose_and_repeat_no_row(tmp_path):
         tresk.survey(INPUTS, out, client, closures=200, seed=7, times=False, progress=kill_busiest)
         expected = batch(tmp_path, 200)
         assert out.read_bytes() == expected
-        out.write_bytes(expected[: expected.index(b"\n", len(expected) // 2) - 3])  # a row cut short
+        cut = expected.index(b"\n", len(expected) // 2) - 3  # a row cut short
+        out.write_bytes(expected[:cut])
         assert 0 < tresk.survey(INPUTS, out, client, closures=200, seed=7, times=False) < 7
         assert out.read_bytes() == expected
