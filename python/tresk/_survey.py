@@ -71,8 +71,8 @@ def survey(paths, out, client=None, closures=100, method=3, seed=1, format="tsv"
            model=None, atom="CA", times=True, workers=None, progress=None):
     """Name the knot of every chain of many files on a Dask cluster and write one row per file
     and chain to `out`, in input order, as `tresk batch` does with the same options. `paths`:
-    files, folders, @lists. `client`: a dask.distributed.Client, or an address
-    ('tcp://host:8786') or scheduler file (ending in .json); None starts a local cluster of
+    files, folders, @lists. `client`: a dask.distributed.Client, a scheduler's address
+    ('tcp://host:8786') or the file it wrote (--scheduler-file); None starts a local cluster of
     `workers` processes (default: every core) for this call. Rerun with the same `out` to
     resume: rows already there are skipped and a row cut short is cut off. Only this process
     writes, each file's rows in one write, so a worker that dies loses or repeats no row (Dask
