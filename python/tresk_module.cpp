@@ -1,5 +1,6 @@
 // The compiled half of the Python module `tresk` (imported as tresk._tresk): chains to and from
-// numpy arrays, and the library's calls with the GIL released and one lock around the engine.
+// numpy arrays, the library's calls with the GIL released and one lock around the engine, and
+// the rows of a survey as `tresk batch` writes them (bytes, since paths need not be UTF-8).
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
@@ -15,6 +16,7 @@
 #include "alexander/determinant.hpp"   // for WhichKnotDouble_OrdNr
 #include "entry/api.hpp"               // for tresk::ReadChain, tresk::FingerprintRows
 #include "entry/entry.hpp"             // for FindMajorKnot, GiveTheNameOfKnot
+#include "entry/survey.hpp"            // for tresk::SurveyFile, tresk::FormatSurveyRow
 #include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, knots
 #include "preprocessing/chainprep.hpp" // for ChainReduce
 
@@ -178,6 +180,69 @@ std::vector<py::tuple> PyFingerprint(const Coordinates& xyz, const py::object& i
   return rows;
 }
 
+SurveyFormat FormatOf(const std::string& format) {
+  if (format != "tsv" && format != "jsonl")
+    throw std::invalid_argument("the format must be tsv or jsonl, got " + format);
+  return format == "jsonl" ? SurveyFormat::Jsonl : SurveyFormat::Tsv;
+}
+
+// The rows of one file (every chain, or `chain`), formatted: what `tresk batch` writes for it.
+py::bytes PySurveyFile(const std::string& path, const std::string& chain, int model,
+                       const std::string& atom, int method, int closures, unsigned seed, bool times,
+                       const std::string& format) {
+  const SurveyFormat f = FormatOf(format);
+  SurveyOptions options;
+  options.choice.chain = chain;
+  options.choice.model = model;
+  options.choice.atom = atom;
+  options.closureMethod = method;
+  options.closures = closures;
+  options.seed = seed;
+  options.times = times;
+  std::string rows;
+  {
+    py::gil_scoped_release release;
+    std::lock_guard<std::mutex> lock(engineMutex);
+    for (const SurveyRow& row : SurveyFile(path, options))
+      rows += FormatSurveyRow(row, f);
+  }
+  return py::bytes(rows);
+}
+
+// The row of a file that has no verdict because its analysis failed (`error` says why).
+py::bytes PySurveyError(const std::string& path, const std::string& chain, const std::string& error,
+                        const std::string& format) {
+  SurveyRow row;
+  row.file = path;
+  row.chain = chain;
+  row.error = error;
+  return py::bytes(FormatSurveyRow(row, FormatOf(format)));
+}
+
+py::bytes PySurveyHeader(const std::string& format) {
+  return py::bytes(SurveyHeader(FormatOf(format)));
+}
+
+// What an existing output holds: ({(file, chain)}, bytes of its whole rows, error or "").
+py::tuple PySurveyDone(const std::string& path, const std::string& format) {
+  const SurveyFormat f = FormatOf(format);
+  SurveyDone done;
+  {
+    py::gil_scoped_release release;
+    done = DoneKeys(path, f);
+  }
+  py::set keys;
+  for (const auto& key : done.keys)
+    keys.add(py::make_tuple(py::bytes(key.first), py::bytes(key.second)));
+  return py::make_tuple(keys, done.wholeBytes, done.error);
+}
+
+py::tuple PySurveyKey(const std::string& file, const std::string& chain,
+                      const std::string& format) {
+  const auto key = SurveyKey(file, chain, FormatOf(format));
+  return py::make_tuple(py::bytes(key.first), py::bytes(key.second));
+}
+
 } // namespace
 } // namespace tresk
 
@@ -191,4 +256,12 @@ PYBIND11_MODULE(_tresk, m) {
   m.def("fingerprint", &tresk::PyFingerprint, py::arg("coords"), py::arg("ids"), py::arg("step"),
         py::arg("threshold"), py::arg("closures"), py::arg("method"), py::arg("seed"),
         py::arg("threads"));
+  m.def("survey_file", &tresk::PySurveyFile, py::arg("path"), py::arg("chain"), py::arg("model"),
+        py::arg("atom"), py::arg("method"), py::arg("closures"), py::arg("seed"), py::arg("times"),
+        py::arg("format"));
+  m.def("survey_error", &tresk::PySurveyError, py::arg("path"), py::arg("chain"), py::arg("error"),
+        py::arg("format"));
+  m.def("survey_header", &tresk::PySurveyHeader, py::arg("format"));
+  m.def("survey_done", &tresk::PySurveyDone, py::arg("path"), py::arg("format"));
+  m.def("survey_key", &tresk::PySurveyKey, py::arg("file"), py::arg("chain"), py::arg("format"));
 }

@@ -1,5 +1,5 @@
 # The Python interface of libtresk: read a chain, name its knot over random closures, the
-# Alexander polynomial of a closed chain, and the knot fingerprint of its subchains.
+# Alexander polynomial of a closed chain, the knot fingerprint of its subchains, and surveys.
 """Knots in open 3-D chains (proteins, polymers), on numpy arrays.
 
 Coordinates are arrays of shape (n, 3) (anything numpy turns into float64 of that shape), with
@@ -9,14 +9,15 @@ Threads: every call releases the GIL while it computes. The engine's random clos
 from the process-wide C ``rand()`` and its knot table is process-wide, so the module runs one
 engine call at a time (an internal lock, waited for without the GIL); calls from several
 Python threads are safe and give what the same calls in sequence give. A fingerprint's own
-``threads`` parallelise inside that one call.
+``threads`` parallelise inside that one call. Many files: ``survey`` spreads them over the
+worker processes of a Dask cluster (``python3 -m tresk survey --help``).
 """
 import os
 import numpy as np
 
 from . import _tresk
 
-__all__ = ["read", "knot", "polynomial", "fingerprint", "FINGERPRINT_DTYPE"]
+__all__ = ["read", "knot", "polynomial", "fingerprint", "survey", "FINGERPRINT_DTYPE"]
 
 # One row of a fingerprint: 1-based positions of the knotted subchain's ends, their atom ids,
 # the dominant knot ("IN" when none reached a band) and its estimated share in percent.
@@ -85,3 +86,7 @@ def fingerprint(coords, step=10, threshold=20, closures=100, method=2, seed=None
                               _count("method", method, 0, 4), _seed(seed),
                               _count("threads", threads, 0, 256))
     return np.array(rows, dtype=FINGERPRINT_DTYPE)
+
+
+
+from ._survey import survey  # noqa: E402  (after the checks it uses)
