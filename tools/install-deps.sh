@@ -6,7 +6,7 @@ set -euo pipefail
 PACKAGES=(cmake g++ make pkg-config libboost-dev gemmi-dev zlib1g-dev libgtest-dev
           libbenchmark-dev libcli11-dev libcairo2-dev tao-pegtl-dev clang libclang-rt-14-dev
           python3-dev pybind11-dev python3-numpy python3-pytest python3-pip python3-setuptools
-          python3-wheel python3-venv)
+          python3-wheel python3-venv python3-distributed)
 
 missing=()
 for p in "${PACKAGES[@]}"; do
