@@ -18,8 +18,7 @@
 namespace {
 
 struct Case {
-  std::string name;
-  std::string knot;
+  std::string name, knot;
   std::vector<ChainAtom> closedKnot;
   int tail;
   bool coil;
@@ -29,10 +28,8 @@ struct Case {
 void CheckCore(const Case& c, int method) {
   SCOPED_TRACE(c.name + ", closure method " + std::to_string(method));
   const std::vector<ChainAtom> chain = zoo::KnottedCore(c.closedKnot, c.tail, c.coil, 5);
-  const int n = static_cast<int>(chain.size());
-  const int coreFirst = c.tail + 1;
-  const int coreLast = c.tail + static_cast<int>(c.closedKnot.size());
-  const int coreSize = coreLast - coreFirst + 1;
+  const int n = static_cast<int>(chain.size()), coreSize = static_cast<int>(c.closedKnot.size());
+  const int coreFirst = c.tail + 1, coreLast = c.tail + coreSize;
 
   std::srand(2024);
   std::string text;
@@ -83,23 +80,17 @@ TEST(ScanKnottedCore, TrefoilAndFigureEight) {
       {"trefoil, random-coil tails", "3_1", zoo::TorusKnot(2, 3, 60), 40, true, 10},
       {"figure-eight, random-coil tails", "4_1", zoo::FigureEight(70), 35, true, 10},
   };
-  for (const Case& c : cases) {
+  for (const Case& c : cases)
     for (int method : {1, 2, 3})
       CheckCore(c, method);
-  }
 }
 
 TEST(ScanKnottedCore, FiveTwoFromFremlin) {
   TRESK_REQUIRE_DATA();
-  const Case c{"5_2, random-coil tails",
-               "5_2",
-               zoo::ReadChain("closed/fremlin/knot.5_2r.short"),
-               30,
-               true,
-               12};
-  ASSERT_GT(c.closedKnot.size(), 50u);
+  const std::vector<ChainAtom> knot = zoo::ReadChain("closed/fremlin/knot.5_2r.short");
+  ASSERT_GT(knot.size(), 50u);
   for (int method : {1, 2, 3})
-    CheckCore(c, method);
+    CheckCore({"5_2, random-coil tails", "5_2", knot, 30, true, 12}, method);
 }
 
 } // namespace

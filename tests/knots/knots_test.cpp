@@ -23,7 +23,7 @@ std::vector<int> Counts(const std::string& text) {
 
 std::string Zeros(int n) {
   std::string s;
-  for (int i = 0; i < n; ++i)
+  while (n-- > 0)
     s += "0 ";
   return s;
 }

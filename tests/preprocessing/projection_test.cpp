@@ -48,9 +48,8 @@ TEST(ProjectChain, IndexModuloSixtyAndTheClosedDiagram) {
     for (int d : {0, 29, 30, 59}) {
       SCOPED_TRACE(d);
       std::vector<Edge> e = ProjectChain(knot, d, flag);
-      EXPECT_TRUE(SameEdges(e, ProjectChain(knot, d + 60, flag)));
-      EXPECT_TRUE(SameEdges(e, ProjectChain(knot, d - 60, flag)));
-      EXPECT_TRUE(SameEdges(e, ProjectChain(knot, d + 600000, flag)));
+      for (int shift : {60, -60, 600000})
+        EXPECT_TRUE(SameEdges(e, ProjectChain(knot, d + shift, flag)));
       ASSERT_EQ(e.size(), knot.size());
       for (size_t i = 0; i < e.size(); ++i) {
         const Edge& next = e[(i + 1) % e.size()];

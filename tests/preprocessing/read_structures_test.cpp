@@ -49,20 +49,18 @@ TEST(ReadStructures, ChainModelAndResidueChoicesInEveryFormat) {
 }
 
 TEST(ReadStructures, SelectionErrorsAndChainList) {
-  tresk::ReadOptions missing;
-  missing.chain = "Z";
-  EXPECT_EQ(tresk::ReadChain(Structure("crambin_edge.pdb"), missing).error,
+  tresk::ReadOptions options;
+  options.chain = "Z";
+  EXPECT_EQ(tresk::ReadChain(Structure("crambin_edge.pdb"), options).error,
             "no chain Z with CA atoms in model 1");
-  tresk::ReadOptions noModel;
-  noModel.model = 3;
-  EXPECT_EQ(tresk::ReadChain(Structure("crambin_edge.cif"), noModel).error,
+  options.chain = "", options.model = 3;
+  EXPECT_EQ(tresk::ReadChain(Structure("crambin_edge.cif"), options).error,
             "no model 3 in the file");
   EXPECT_EQ(tresk::PolymerChains(Structure("crambin_edge.cif.gz")),
             (std::vector<std::string>{"A", "B"}));
   // ChainRead gives the default choice.
   bool error = true;
-  std::string path = Structure("crambin_edge.pdb");
-  EXPECT_EQ(ChainRead(path.data(), error).size(), 47u);
+  EXPECT_EQ(ChainRead(Structure("crambin_edge.pdb").data(), error).size(), 47u);
   EXPECT_FALSE(error);
 }
 

@@ -65,7 +65,7 @@ std::vector<std::pair<std::string, Chain>> Suite() {
   std::vector<std::pair<std::string, Chain>> all;
   auto add = [&](std::string name, Chain chain) { all.push_back({name, std::move(chain)}); };
   auto zoo = [&](const char* name, const std::vector<ChainAtom>& atoms) {
-    all.push_back({name, {}});
+    add(name, {});
     for (const ChainAtom& a : atoms)
       all.back().second.push_back({float(a.x), float(a.y), float(a.z)});
   };

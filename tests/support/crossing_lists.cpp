@@ -10,16 +10,9 @@ namespace {
 
 // Position at the bottom of the braid of the strand that starts at position `top`.
 int BottomPosition(std::vector<int> const& word, int top) {
-  int pos = top;
-  for (int letter : word) {
-    const int g = std::abs(letter);
-    if (pos == g - 1) {
-      pos = g;
-    } else if (pos == g) {
-      pos = g - 1;
-    }
-  }
-  return pos;
+  for (int letter : word)
+    top = top == std::abs(letter) - 1 ? top + 1 : top == std::abs(letter) ? top - 1 : top;
+  return top;
 }
 
 bool ClosesToKnot(int strands, std::vector<int> const& word) {
@@ -42,24 +35,19 @@ std::vector<Crossing> BraidClosure(int strands, std::vector<int> const& word) {
     return {};
   const int n = static_cast<int>(word.size());
   std::vector<Crossing> crossings(n, Crossing{0, 0, 0, 0, 0, 0});
-  int arc = 0;
-  int pos = 0;
+  int arc = 0, pos = 0;
   for (int pass = 0; pass < strands; ++pass) {
     for (int k = 0; k < n; ++k) {
       const int g = std::abs(word[k]);
       if (pos != g - 1 && pos != g)
         continue;
-      const bool movingRight = pos == g - 1;
-      const bool positive = word[k] > 0;
+      const bool movingRight = pos == g - 1, positive = word[k] > 0;
       Crossing& x = crossings[k];
       x.sign = positive ? 0 : 1;
-      if (movingRight == positive) {
+      if (movingRight == positive)
         x.arcOver = arc % n;
-      } else {
-        x.arcIn = arc;
-        ++arc;
-        x.arcOut = arc % n;
-      }
+      else
+        x.arcIn = arc, x.arcOut = ++arc % n;
       pos = movingRight ? g : g - 1;
     }
   }
@@ -85,9 +73,8 @@ std::vector<Crossing> RandomArcList(int n, std::mt19937& rng) {
   std::shuffle(in.begin(), in.end(), rng);
   std::vector<Crossing> crossings;
   for (int k = 0; k < n; ++k) {
-    const int over = static_cast<int>(rng() % static_cast<uint32_t>(n));
-    const int sign = static_cast<int>(rng() % 2);
-    crossings.push_back({0, 0, over, in[k], (in[k] + 1) % n, sign});
+    const int over = static_cast<int>(rng() % static_cast<uint32_t>(n)); // drawn before the sign
+    crossings.push_back({0, 0, over, in[k], (in[k] + 1) % n, static_cast<int>(rng() % 2)});
   }
   return crossings;
 }

@@ -1,6 +1,7 @@
 // Parametric knots, connected sums, knotted cores with tails and random rotations.
 #include "tests/support/curves.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -21,16 +22,7 @@ template <class F> Chain Sampled(int n, F point) {
 
 void Normalise(double* v) {
   const double n = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
-  for (int k = 0; k < 3; ++k)
-    v[k] /= n;
-}
-
-std::size_t Outermost(const Chain& c, double sign) {
-  std::size_t at = 0;
-  for (std::size_t i = 1; i < c.size(); ++i)
-    if (sign * c[i].x > sign * c[at].x)
-      at = i;
-  return at;
+  v[0] /= n, v[1] /= n, v[2] /= n;
 }
 
 void Renumber(Chain& chain) {
@@ -63,7 +55,13 @@ Chain FigureEight(int n, double scale) {
 Chain ConnectedSum(const Chain& a, Chain b) {
   for (ChainAtom& p : b)
     p.x = -p.x; // b's outermost point now faces a
-  const std::size_t ia = Outermost(a, 1), ib = Outermost(b, -1);
+  auto outermost = [](const Chain& c, double sign) {
+    return std::max_element(
+               c.begin(), c.end(),
+               [&](const ChainAtom& p, const ChainAtom& q) { return sign * p.x < sign * q.x; }) -
+           c.begin();
+  };
+  const std::size_t ia = outermost(a, 1), ib = outermost(b, -1);
   const double shift = a[ia].x - b[ib].x + 6.0;
   Chain sum;
   for (std::size_t k = 1; k <= a.size(); ++k)
@@ -105,10 +103,9 @@ Chain KnottedCore(const Chain& knot, int tail, bool coil, unsigned seed) {
   std::normal_distribution<double> g(0.0, 1.0);
   // A tail leaving `end`, away from the centre and from the other end.
   auto grow = [&](const ChainAtom& end, const ChainAtom& other) {
-    double out[3] = {end.x - c[0], end.y - c[1], end.z - c[2]};
-    double side[3] = {end.x - other.x, end.y - other.y, end.z - other.z};
-    Normalise(out);
-    Normalise(side);
+    double out[3] = {end.x - c[0], end.y - c[1], end.z - c[2]},
+           side[3] = {end.x - other.x, end.y - other.y, end.z - other.z};
+    Normalise(out), Normalise(side);
     Chain t;
     double p[3] = {end.x, end.y, end.z};
     for (int k = 0; k < tail; ++k) {
@@ -116,14 +113,12 @@ Chain KnottedCore(const Chain& knot, int tail, bool coil, unsigned seed) {
       for (int a = 0; a < 3; ++a)
         d[a] = out[a] + 0.4 * side[a] + (coil ? 0.8 * g(gen) : 0.0);
       Normalise(d);
-      for (int a = 0; a < 3; ++a)
-        p[a] += edge * d[a];
+      p[0] += edge * d[0], p[1] += edge * d[1], p[2] += edge * d[2];
       t.push_back({p[0], p[1], p[2], 0});
     }
     return t;
   };
-  const Chain head = grow(core.front(), core.back());
-  const Chain back = grow(core.back(), core.front());
+  const Chain head = grow(core.front(), core.back()), back = grow(core.back(), core.front());
   Chain chain(head.rbegin(), head.rend());
   chain.insert(chain.end(), core.begin(), core.end());
   chain.insert(chain.end(), back.begin(), back.end());
@@ -144,11 +139,10 @@ Chain RandomlyRotated(const Chain& chain, unsigned seed) {
   std::uniform_real_distribution<double> shift(-50.0, 50.0);
   const double s[3] = {shift(gen), shift(gen), shift(gen)};
   Chain out;
-  for (const ChainAtom& a : chain) {
+  for (const ChainAtom& a : chain)
     out.push_back({m[0][0] * a.x + m[0][1] * a.y + m[0][2] * a.z + s[0],
                    m[1][0] * a.x + m[1][1] * a.y + m[1][2] * a.z + s[1],
                    m[2][0] * a.x + m[2][1] * a.y + m[2][2] * a.z + s[2], a.id});
-  }
   return out;
 }
 

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -47,7 +46,7 @@ std::string TempPath(const std::string& name) {
 
 bool InCI() {
   const char* ci = std::getenv("CI");
-  return ci != nullptr && *ci != '\0';
+  return ci && *ci;
 }
 
 std::vector<std::string> FilesIn(const std::string& folder, const std::string& suffix) {
@@ -57,8 +56,7 @@ std::vector<std::string> FilesIn(const std::string& folder, const std::string& s
     return names;
   for (const auto& entry : std::filesystem::directory_iterator(path)) {
     const std::string name = entry.path().filename().string();
-    if (name.size() > suffix.size() &&
-        name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0)
+    if (name.size() > suffix.size() && name.substr(name.size() - suffix.size()) == suffix)
       names.push_back(name);
   }
   std::sort(names.begin(), names.end());
@@ -67,41 +65,35 @@ std::vector<std::string> FilesIn(const std::string& folder, const std::string& s
 
 std::vector<ChainAtom> ReadChain(const std::string& relative) {
   std::string path = DataFile(relative);
-  if (path.empty())
-    return {};
   bool error = true;
-  std::vector<ChainAtom> chain = ChainRead(path.data(), error);
-  if (error)
-    chain.clear();
-  return chain;
+  std::vector<ChainAtom> chain;
+  if (!path.empty())
+    chain = ChainRead(path.data(), error);
+  return error ? std::vector<ChainAtom>() : chain;
 }
 
 std::vector<ChainAtom> ReadCurveJson(const std::string& path) {
-  std::ifstream in(path);
   std::stringstream buffer;
-  buffer << in.rdbuf();
+  buffer << std::ifstream(path).rdbuf();
   const std::string text = buffer.str();
   std::vector<ChainAtom> out;
   // The numbers after "x":, "y": and "z": in turn, until one is missing.
-  std::size_t pos = 0;
-  for (bool complete = true; complete;) {
+  for (std::size_t pos = 0;;) {
     double v[3];
-    for (int k = 0; k < 3 && complete; ++k) {
+    for (int k = 0; k < 3; ++k) {
       const std::size_t at = text.find(std::string("\"") + "xyz"[k] + "\"", pos);
       const std::size_t colon = at == std::string::npos ? at : text.find(':', at);
-      const char* begin = colon == std::string::npos ? nullptr : text.c_str() + colon + 1;
       char* end = nullptr;
-      if (begin != nullptr)
-        v[k] = std::strtod(begin, &end);
-      complete = begin != nullptr && end != begin;
-      if (complete)
-        pos = static_cast<std::size_t>(end - text.c_str());
+      if (colon != std::string::npos)
+        v[k] = std::strtod(text.c_str() + colon + 1, &end);
+      if (end == nullptr || end == text.c_str() + colon + 1) {
+        DropRepeatedFirst(out);
+        return out;
+      }
+      pos = static_cast<std::size_t>(end - text.c_str());
     }
-    if (complete)
-      out.push_back({v[0], v[1], v[2], static_cast<int>(out.size()) + 1});
+    out.push_back({v[0], v[1], v[2], static_cast<int>(out.size()) + 1});
   }
-  DropRepeatedFirst(out);
-  return out;
 }
 
 std::vector<std::vector<ChainAtom>> ReadRings(const std::string& path) {
@@ -125,13 +117,9 @@ std::vector<std::vector<ChainAtom>> ReadRings(const std::string& path) {
 std::string TypeFromName(std::string name) {
   if (name.rfind("knot.", 0) == 0)
     name = name.substr(5);
-  std::size_t end = name.find('_');
-  if (end == std::string::npos)
-    return name;
-  ++end;
-  while (end < name.size() && std::isdigit(static_cast<unsigned char>(name[end])))
-    ++end;
-  return name.substr(0, end);
+  const std::size_t end = name.find('_');
+  return end == std::string::npos ? name
+                                  : name.substr(0, name.find_first_not_of("0123456789", end + 1));
 }
 
 std::string TableName(const std::string& type) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace zoo {
 namespace {
@@ -29,14 +30,12 @@ bool FindHits(const std::vector<Edge>& e, std::vector<std::vector<Hit>>& hits, i
       if (i == 0 && j == n - 1)
         continue;
       const Edge &a = e[i], &b = e[j];
-      double o1 = Orient(a.x1, a.y1, a.x2, a.y2, b.x1, b.y1);
-      double o2 = Orient(a.x1, a.y1, a.x2, a.y2, b.x2, b.y2);
-      double o3 = Orient(b.x1, b.y1, b.x2, b.y2, a.x1, a.y1);
-      double o4 = Orient(b.x1, b.y1, b.x2, b.y2, a.x2, a.y2);
-      bool touchA = o1 == 0.0 || o2 == 0.0, touchB = o3 == 0.0 || o4 == 0.0;
-      if ((o1 > 0) == (o2 > 0) && !touchA)
-        continue;
-      if ((o3 > 0) == (o4 > 0) && !touchB)
+      const double o1 = Orient(a.x1, a.y1, a.x2, a.y2, b.x1, b.y1),
+                   o2 = Orient(a.x1, a.y1, a.x2, a.y2, b.x2, b.y2),
+                   o3 = Orient(b.x1, b.y1, b.x2, b.y2, a.x1, a.y1),
+                   o4 = Orient(b.x1, b.y1, b.x2, b.y2, a.x2, a.y2);
+      const bool touchA = o1 == 0.0 || o2 == 0.0, touchB = o3 == 0.0 || o4 == 0.0;
+      if (((o1 > 0) == (o2 > 0) && !touchA) || ((o3 > 0) == (o4 > 0) && !touchB))
         continue;
       if (touchA || touchB)
         return false;
@@ -75,27 +74,19 @@ long KnotDeterminant(const std::vector<Edge>& edges) {
   std::vector<int> overArc(m, -1), inArc(m, -1), outArc(m, -1);
   int arc = 0;
   for (const auto& list : hits)
-    for (const Hit& h : list) {
-      if (h.over) {
+    for (const Hit& h : list)
+      if (h.over)
         overArc[h.crossing] = arc;
-      } else {
-        inArc[h.crossing] = arc;
-        arc = (arc + 1) % m;
-        outArc[h.crossing] = arc;
-      }
-    }
+      else
+        inArc[h.crossing] = arc, arc = (arc + 1) % m, outArc[h.crossing] = arc;
   // Colouring matrix: row c is 2 x_over - x_in - x_out; drop the last row and column.
   int k = m - 1;
   std::vector<std::vector<double>> a(k, std::vector<double>(k, 0.0));
-  for (int c = 0; c < k; ++c) {
-    auto add = [&](int col, double v) {
+  for (int c = 0; c < k; ++c)
+    for (auto [col, v] :
+         {std::pair<int, double>{overArc[c], 2.0}, {inArc[c], -1.0}, {outArc[c], -1.0}})
       if (col < k)
         a[c][col] += v;
-    };
-    add(overArc[c], 2.0);
-    add(inArc[c], -1.0);
-    add(outArc[c], -1.0);
-  }
   double det = 1.0;
   for (int col = 0; col < k; ++col) {
     int pivot = col;
@@ -104,10 +95,8 @@ long KnotDeterminant(const std::vector<Edge>& edges) {
         pivot = r;
     if (a[pivot][col] == 0.0)
       return 0;
-    if (pivot != col) {
-      std::swap(a[pivot], a[col]);
-      det = -det;
-    }
+    if (pivot != col)
+      std::swap(a[pivot], a[col]), det = -det;
     det *= a[col][col];
     for (int r = col + 1; r < k; ++r) {
       double f = a[r][col] / a[col][col];
