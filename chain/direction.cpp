@@ -3,12 +3,15 @@
 // determinant at t = 12 (above it), looked up in the knot table.
 #include "chain/direction.hpp"
 
+#include <cmath>
+#include <cstddef>
 #include <sstream>
 
 #include "alexander/determinant.hpp"      // for CreateFoxMatrix_double, det_double, ...
 #include "alexander/exactDeterminant.hpp" // for tresk::ExactAlexanderDeterminant
 #include "alexander/polynomial.hpp"       // for CreateFoxMatrix, det_poly, NormalizePoly
 #include "chain/naming.hpp"
+#include "core/log.hpp"                // for tresk::Log
 #include "crossings/crossings.hpp"     // for FindAllCrossings, FillCrossings
 #include "knots/knotTable.hpp"         // for EnsureKnotsFilled
 #include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, removeTrailingZeros
@@ -35,7 +38,17 @@ bool Diagram(std::vector<ChainAtom> const& chain, int direction, std::vector<Cro
   return true;
 }
 
+// The numeric matrix is dense: n crossings take 8 n^2 bytes. Beyond this many (2 GiB) the
+// projection is given up before anything is allocated, like one whose value is not an integer
+// ("Problem with projecting"), so the vote tries the next direction.
+constexpr std::size_t kMaxNumericCrossings = 16384;
+
 double NumericValue(std::vector<Crossing> const& crossings) {
+  if (crossings.size() > kMaxNumericCrossings) {
+    tresk::Log() << "PROBLEM with one projection. " << crossings.size()
+                 << " crossings are too many for the numeric determinant.\n";
+    return std::nan("");
+  }
   std::vector<std::vector<double>> numeric = CreateFoxMatrix_double(crossings, kNumericT);
   return numeric.empty() ? 1.0 : det_double(numeric, kNumericT);
 }
