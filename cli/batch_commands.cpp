@@ -356,17 +356,18 @@ void RunBatch(BatchOptions& o) {
     Refuse("could not write " + o.output + ": " + std::strerror(errno));
 }
 
+constexpr const char* kBatchHelp =
+    "Name the knot of every chain of many files: one row per file and chain (file, chain, atoms, "
+    "breaks, verdict, dominant type, its share, seconds, error), in input order. Rerun with the "
+    "same output to resume: rows already there are skipped, and a file that cannot be read gets "
+    "an error row. Every polymer chain of a structure is named unless --chain or the list names "
+    "one.";
+
 } // namespace
 
 void RegisterBatchCommands(CLI::App& app) {
   auto batch = std::make_shared<BatchOptions>();
-  CLI::App* b = app.add_subcommand(
-      "batch",
-      "Name the knot of every chain of many files: one row per file and chain (file, "
-      "chain, atoms, breaks, verdict, dominant type, its share, seconds, error), in "
-      "input order. Rerun with the same output to resume: rows already there are "
-      "skipped, and a file that cannot be read gets an error row. Every polymer chain of a "
-      "structure is named unless --chain or the list names one.");
+  CLI::App* b = app.add_subcommand("batch", kBatchHelp);
   b->add_option("inputs", batch->inputs,
                 "Chain files; folders (their .xyz, .pdb, .ent, .cif, .mmcif files, gzipped or "
                 "not, sorted, not recursive); @LIST: a file with a path and optionally a chain "
