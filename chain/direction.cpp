@@ -23,6 +23,7 @@ namespace {
 // documented calls; the numeric determinant, evaluated at kNumericT, takes over above it.
 constexpr int kExactCrossingBound = 16;
 constexpr int kNumericT = 12;
+constexpr int kProblemWithProjecting = 40;
 
 using Poly = boost::math::tools::polynomial<int>;
 
@@ -74,6 +75,8 @@ bool tresk::PolynomialInDirection(std::vector<ChainAtom> chain, int direction,
                                   int& crossingCount) {
   std::vector<Crossing> crossings;
   crossingCount = -1;
+  if (naming.robust)
+    ScaleUpIfTiny(chain);
   if (!Diagram(chain, direction, crossings))
     return true; // degenerate: outputs untouched
   crossingCount = static_cast<int>(crossings.size());
@@ -98,20 +101,23 @@ int tresk::KnotInDirection(std::vector<ChainAtom> chain, int direction,
   Poly poly;
   double value = 0.0;
   int crossings = 0;
-  if (PolynomialInDirection(std::move(chain), direction, naming, poly, value, crossings))
+  if (PolynomialInDirection(std::move(chain), direction, naming, poly, value, crossings)) {
+    if (crossings < 0 && naming.robust)
+      return kProblemWithProjecting; // degenerate: the caller tries the next direction
     return WhichKnot_OrdNr(poly);
+  }
   return WhichKnotDouble_OrdNr(value);
 }
 
 int FindTheKnotInParticularDirection(std::vector<ChainAtom> chain, int direction) {
   // C++ remainder keeps the dividend's sign: -1 stays -1, 60 becomes 0.
   return tresk::KnotInDirection(std::move(chain), direction % 60,
-                                tresk::NamingOptions{kExactCrossingBound});
+                                tresk::NamingOptions{kExactCrossingBound, false});
 }
 
 int FindTheKnotInParticularDirection_True(std::vector<ChainAtom> chain, int direction) {
   return tresk::KnotInDirection(std::move(chain), direction,
-                                tresk::NamingOptions{kExactCrossingBound});
+                                tresk::NamingOptions{kExactCrossingBound, false});
 }
 
 std::string FindTheKnotInParticularDirection_poly_string(std::vector<ChainAtom> chain,

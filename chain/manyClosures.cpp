@@ -13,6 +13,11 @@ constexpr int kCountSlots = 42;
 constexpr int kProblemWithProjecting = 40; // the numeric determinant was not an integer
 constexpr int kDirectionsPerClosure = 30;
 constexpr double kClosureParameter = 1.25;
+constexpr int kUnknotOrdinal = 0;
+// Random closures in a row without a usable direction before a robust vote stops drawing again:
+// from then on such a closure is counted as "Problem with projecting" (a chain that touches
+// itself is degenerate in every direction, whatever the closure).
+constexpr int kMaxFailedDraws = 10;
 // The documented vote names diagrams of more crossings numerically.
 constexpr int kDocumentedNumericAbove = 16;
 
@@ -40,11 +45,25 @@ void Close(std::vector<ChainAtom>& chain, int method) {
   }
 }
 
+// Whether the closed chain visits at most three distinct points (a triangle or less).
+bool AtMostThreePoints(const std::vector<ChainAtom>& chain) {
+  std::vector<const ChainAtom*> seen;
+  for (const ChainAtom& a : chain) {
+    auto same = [&a](const ChainAtom* b) { return a.x == b->x && a.y == b->y && a.z == b->z; };
+    if (std::none_of(seen.begin(), seen.end(), same)) {
+      if (seen.size() == 3)
+        return false;
+      seen.push_back(&a);
+    }
+  }
+  return true;
+}
+
 } // namespace
 
 int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureMethod, int closures) {
   return tresk::VoteOverClosures(chain, counts, closureMethod, closures,
-                                 tresk::NamingOptions{kDocumentedNumericAbove});
+                                 tresk::NamingOptions{kDocumentedNumericAbove, false});
 }
 
 int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
@@ -58,20 +77,31 @@ int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, in
     return 0;
   }
 
+  const std::vector<ChainAtom>* source = &chain;
+  std::vector<ChainAtom> scaled;
+  if (naming.robust && tresk::ScaledUpIfTiny(chain, scaled))
+    source = &scaled;
+
   std::vector<ChainAtom> working;
+  int failedDraws = 0;
   for (int pass = 0; pass < closures;) {
-    working = chain;
+    working = *source;
     Close(working, closureMethod);
     ChainReduce(working, true);
     int ordinal = kProblemWithProjecting;
+    if (naming.robust && AtMostThreePoints(working)) {
+      ordinal = kUnknotOrdinal; // a triangle, however flat, bounds a disc
+    }
     for (int d = 0; d < kDirectionsPerClosure && ordinal == kProblemWithProjecting; ++d) {
       ordinal = KnotInDirection(working, d, naming);
     }
     // Every direction failed numerically. A random closure is drawn again and casts no vote; a
     // deterministic one (methods 0 and 1, and the unclosed chain of unknown methods) would give
-    // the same closed chain for ever, so it is counted as "Problem with projecting" instead.
+    // the same closed chain for ever, so it is counted as "Problem with projecting" instead, as
+    // is every failed random closure of a robust vote after the tenth.
     const bool random = closureMethod >= 2 && closureMethod <= 4;
-    if (ordinal == kProblemWithProjecting && random)
+    if (ordinal == kProblemWithProjecting && random &&
+        !(naming.robust && ++failedDraws >= kMaxFailedDraws))
       continue;
     ++counts[ordinal];
     ++pass;

@@ -17,7 +17,25 @@ struct NamingOptions {
   // exact, so one missing from the table is "not in the table". 16 is what the documented
   // entry points do.
   int numericAbove = 200;
+  // Our vote never ends on a verdict that a better projection would have avoided: a degenerate
+  // projection (segments meeting end to end or overlapping in the plane) tries the next
+  // direction instead of counting as "-3"; a closed copy reduced to a triangle is the unknot
+  // without projecting; a chain smaller than 1e-50 is first scaled up by a power of two (exact)
+  // so that products do not underflow; and after 10 random closures with no usable direction a
+  // failed closure counts as "Problem with projecting" instead of being drawn again. false: the
+  // documented entry points, which count a degenerate projection as "-3".
+  bool robust = true;
 };
+
+// A chain whose largest |coordinate| is positive and below this is scaled up before a robust
+// naming: squared lengths would approach the smallest doubles.
+constexpr double kTinyChain = 1e-50;
+
+// Writes to `out` the chain multiplied by the power of two that brings its largest |coordinate|
+// into [1, 2) and returns true when it is tiny (above); false, with `out` untouched, otherwise.
+// Scaling by 2^k is exact, so every comparison of the scaled chain is the original's.
+bool ScaledUpIfTiny(const std::vector<ChainAtom>& chain, std::vector<ChainAtom>& out);
+void ScaleUpIfTiny(std::vector<ChainAtom>& chain);
 
 // One projection of a closed chain along `direction` (0 to 59): true with the normalised exact
 // polynomial (left untouched after a degenerate projection, empty when a coefficient exceeds
@@ -27,8 +45,9 @@ bool PolynomialInDirection(std::vector<ChainAtom> chain, int direction, const Na
                            boost::math::tools::polynomial<int>& poly, double& value,
                            int& crossings);
 
-// The knot ordinal of that projection (39 = not in the table, 40 = the numeric determinant was
-// not an integer).
+// The knot ordinal of that projection (39 = not in the table or, unless `robust`, a degenerate
+// projection; 40 = the numeric determinant was not an integer or, when `robust`, a degenerate
+// projection).
 int KnotInDirection(std::vector<ChainAtom> chain, int direction, const NamingOptions& naming);
 
 // FindOneKnot under a naming choice: closes `chain` `closures` times by `closureMethod`, reduces

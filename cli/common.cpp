@@ -54,6 +54,8 @@ void AddChainChoice(CLI::App* command, tresk::ReadOptions& choice) {
 std::vector<ChainAtom> ReadChainOrFail(const std::string& file, const tresk::ReadOptions& choice,
                                        const std::string& command) {
   tresk::ReadResult read = tresk::ReadChain(file, choice);
+  if (read.error.empty())
+    read.error = tresk::CheckExtent(read.atoms);
   if (!read.error.empty()) {
     std::cerr << "tresk " << command << ": cannot read a chain from " << file << ": " << read.error
               << "\n";

@@ -110,6 +110,7 @@ void DropRepeatedEnd(std::vector<ChainAtom>& chain) {
 
 void RunPoly(const PolyOptions& o) {
   std::vector<ChainAtom> chain = ReadChainOrFail(o.file, o.choice, "poly");
+  tresk::ScaleUpIfTiny(chain);
   DropRepeatedEnd(chain);
   std::cout << "atoms: " << chain.size();
   if (!o.noReduce) {

@@ -82,6 +82,8 @@ void NameChain(const std::vector<ChainAtom>& atoms, const SurveyOptions& o, Surv
   row.atoms = atoms.size();
   row.breaks = CountChainBreaks(atoms);
   row.error = CheckCoordinates(atoms);
+  if (row.error.empty())
+    row.error = CheckExtent(atoms);
   if (!row.error.empty())
     return;
   std::srand(SurveySeed(o.seed, row.file, row.chain));

@@ -356,6 +356,16 @@ std::string CheckCoordinates(const std::vector<ChainAtom>& chain) {
   return "";
 }
 
+std::string CheckExtent(const std::vector<ChainAtom>& chain) {
+  if (chain.size() < 2)
+    return "";
+  for (const ChainAtom& a : chain) {
+    if (a.x != chain[0].x || a.y != chain[0].y || a.z != chain[0].z)
+      return "";
+  }
+  return "all " + std::to_string(chain.size()) + " atoms lie at one point";
+}
+
 ReadResult ReadChain(const std::string& path, const ReadOptions& options) {
   ReadResult r;
   try {

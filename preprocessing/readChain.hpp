@@ -42,4 +42,8 @@ std::vector<std::string> PolymerChains(const std::string& path, const ReadOption
 // "" when every coordinate is finite and within kMaxCoordinate, otherwise the first offender.
 std::string CheckCoordinates(const std::vector<ChainAtom>& chain);
 
+// "" unless the chain has two or more atoms and every one lies at the same point: such a chain
+// has no shape to name, and each projection of it is degenerate. The commands refuse it.
+std::string CheckExtent(const std::vector<ChainAtom>& chain);
+
 } // namespace tresk

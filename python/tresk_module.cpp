@@ -50,7 +50,9 @@ std::vector<ChainAtom> ChainFromArray(const Coordinates& xyz, const py::object& 
     for (py::ssize_t i = 0; i < n; ++i)
       chain[i].id = numbers.at(i);
   }
-  const std::string bad = CheckCoordinates(chain);
+  std::string bad = CheckCoordinates(chain);
+  if (bad.empty())
+    bad = CheckExtent(chain);
   if (!bad.empty())
     throw std::invalid_argument(bad);
   return chain;

@@ -109,7 +109,7 @@ void ScanRun::RunPhase(int phase, const std::vector<ChainAtom>& chain, const std
             CopyJobToChainAtom(points, work, batch[i]);
             if (a.namesMode != 0) {
               ordinals[i] = tresk::KnotInDirection(work, kAnalysisDirection,
-                                                   tresk::NamingOptions{a.numericAbove});
+                                                   tresk::NamingOptions{a.numericAbove, false});
             } else {
               polies[i] =
                   FindTheKnotInParticularDirection_poly_string(work, a.polyOption, a.polyFlag);

@@ -78,6 +78,7 @@ TEST(Cli, EveryCommandAndBadInput) {
       {"knot /nonexistent/chain.xyz", false, "/nonexistent/chain.xyz"},
       {"knot " + Quote(empty), false, "cannot read a chain from " + empty + ": no atoms"},
       {"knot " + data("repro/stars.pdb"), false, "'********' is not a number"},
+      {"knot " + data("repro/coincident.xyz"), false, "all 50 atoms lie at one point"},
       {"knot " + data("repro/hang_m1.xyz") + " -m 1 --numeric-above 16", true,
        "Problem with projecting(100%)"},
       {"knot " + data("structures/crambin_edge.cif.gz") + " --chain Q -m 1", true,
