@@ -122,7 +122,9 @@ unsigned SurveySeed(unsigned seed, const std::string& file, const std::string& c
   auto mix = [&hash](unsigned char byte) { hash = (hash ^ byte) * 16777619u; };
   for (int shift = 0; shift < 32; shift += 8)
     mix(static_cast<unsigned char>(seed >> shift));
-  for (const char c : file + '\0' + chain)
+  // The base name only: a folder surveyed where it lies or after a move gives the same rows.
+  const std::string name = file.substr(file.find_last_of('/') + 1);
+  for (const char c : name + '\0' + chain)
     mix(static_cast<unsigned char>(c));
   return hash;
 }

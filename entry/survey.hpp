@@ -37,7 +37,8 @@ struct SurveyRow {
 // Chain breaks as the distance check reports them ("Chain break" lines).
 int CountChainBreaks(const std::vector<ChainAtom>& atoms);
 
-// The seed of rand() for one chain of one file: the same wherever and whenever it is analysed.
+// The seed of rand() for one chain of one file: the same wherever and whenever it is analysed,
+// and wherever the file lies (only its base name counts).
 unsigned SurveySeed(unsigned seed, const std::string& file, const std::string& chain);
 
 // One row per chain of `path` (the chosen chain, or every polymer chain of a structure file, or
