@@ -5,6 +5,8 @@
 #include <algorithm>
 
 #include "chain/naming.hpp"            // for tresk::KnotInDirection
+#include "knots/extendedTable.hpp"     // for the extended table's ordinals and verdict
+#include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj
 #include "preprocessing/chainprep.hpp" // for the closures and ChainReduce
 
 namespace {
@@ -47,15 +49,19 @@ int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureMet
                                  tresk::NamingOptions{kDocumentedNumericAbove});
 }
 
-int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
-                            int closures, const NamingOptions& naming) {
-  std::fill(counts, counts + kCountSlots, 0);
+namespace {
+
+// The vote itself: `ordinalOf(closed chain, direction)` names one projection, `problem` is its
+// outcome for a numeric value that is not an integer, counts has room for every outcome.
+template <typename OrdinalOf>
+void Vote(const std::vector<ChainAtom>& chain, int* counts, int closureMethod, int closures,
+          int problem, OrdinalOf ordinalOf) {
   // Methods 0 and 1 are deterministic: one closure says everything. Compared unsigned, so a
   // negative method counts as unknown and makes `closures` passes.
   if (static_cast<unsigned>(closureMethod) <= 1u) {
     closures = 1;
   } else if (closures < 1) {
-    return 0;
+    return;
   }
 
   std::vector<ChainAtom> working;
@@ -63,18 +69,49 @@ int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, in
     working = chain;
     Close(working, closureMethod);
     ChainReduce(working, true);
-    int ordinal = kProblemWithProjecting;
-    for (int d = 0; d < kDirectionsPerClosure && ordinal == kProblemWithProjecting; ++d) {
-      ordinal = KnotInDirection(working, d, naming);
+    int ordinal = problem;
+    for (int d = 0; d < kDirectionsPerClosure && ordinal == problem; ++d) {
+      ordinal = ordinalOf(working, d);
     }
     // Every direction failed numerically. A random closure is drawn again and casts no vote; a
     // deterministic one (methods 0 and 1, and the unclosed chain of unknown methods) would give
     // the same closed chain for ever, so it is counted as "Problem with projecting" instead.
     const bool random = closureMethod >= 2 && closureMethod <= 4;
-    if (ordinal == kProblemWithProjecting && random)
+    if (ordinal == problem && random)
       continue;
     ++counts[ordinal];
     ++pass;
   }
+}
+
+} // namespace
+
+int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
+                            int closures, const NamingOptions& naming) {
+  std::fill(counts, counts + kCountSlots, 0);
+  Vote(chain, counts, closureMethod, closures, kProblemWithProjecting,
+       [&naming](const std::vector<ChainAtom>& closed, int d) {
+         return KnotInDirection(closed, d, naming);
+       });
   return 0;
+}
+
+std::string tresk::NameOverClosures(const std::vector<ChainAtom>& chain, int closureMethod,
+                                    int closures, const NamingOptions& naming) {
+  if (naming.table == KnotTable::standard) {
+    int counts[kCountSlots];
+    VoteOverClosures(chain, counts, closureMethod, closures, naming);
+    return GiveTheNameOfKnot_allProj(counts);
+  }
+  std::vector<int> counts(ExtendedOutcomes(), 0);
+  Vote(chain, counts.data(), closureMethod, closures, ExtendedProblem(),
+       [&naming](const std::vector<ChainAtom>& closed, int d) {
+         boost::math::tools::polynomial<int> poly;
+         double value = 0.0;
+         int crossings = 0;
+         if (PolynomialInDirection(closed, d, naming, poly, value, crossings))
+           return ExtendedOrdinal(poly);
+         return ExtendedNumericOrdinal(value);
+       });
+  return ExtendedVerdict(counts);
 }

@@ -3,6 +3,7 @@
 // vote over closures under that choice.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include <boost/math/tools/polynomial.hpp>
@@ -11,12 +12,17 @@
 
 namespace tresk {
 
+// Which table names the polynomials: the 42-row table of the documented calls, or the extended
+// one (every prime knot up to 10 crossings, knots/extendedTable.hpp).
+enum class KnotTable { standard, extended };
+
 struct NamingOptions {
   // A diagram with more crossings than this is decided by the numeric determinant at t = 12
   // (which may give "Problem with projecting" or a false name); up to it the polynomial is
   // exact, so one missing from the table is "not in the table". 16 is what the documented
   // entry points do.
   int numericAbove = 200;
+  KnotTable table = KnotTable::standard;
 };
 
 // One projection of a closed chain along `direction` (0 to 59): true with the normalised exact
@@ -35,5 +41,11 @@ int KnotInDirection(std::vector<ChainAtom> chain, int direction, const NamingOpt
 // each closure and counts the first usable ordinal of 30 directions in counts[0..41].
 int VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
                      int closures, const NamingOptions& naming);
+
+// The vote over closures under `naming`, its table included, as the verdict text of the
+// documented calls ("3_1(70%) 01(30%) "); with the standard table it is exactly
+// GiveTheNameOfKnot after VoteOverClosures.
+std::string NameOverClosures(const std::vector<ChainAtom>& chain, int closureMethod, int closures,
+                             const NamingOptions& naming);
 
 } // namespace tresk
