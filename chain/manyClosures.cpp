@@ -96,13 +96,9 @@ int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, in
   return 0;
 }
 
-std::string tresk::NameOverClosures(const std::vector<ChainAtom>& chain, int closureMethod,
-                                    int closures, const NamingOptions& naming) {
-  if (naming.table == KnotTable::standard) {
-    int counts[kCountSlots];
-    VoteOverClosures(chain, counts, closureMethod, closures, naming);
-    return GiveTheNameOfKnot_allProj(counts);
-  }
+std::vector<int> tresk::ExtendedVoteOverClosures(const std::vector<ChainAtom>& chain,
+                                                 int closureMethod, int closures,
+                                                 const NamingOptions& naming) {
   std::vector<int> counts(ExtendedOutcomes(), 0);
   Vote(chain, counts.data(), closureMethod, closures, ExtendedProblem(),
        [&naming](const std::vector<ChainAtom>& closed, int d) {
@@ -113,5 +109,14 @@ std::string tresk::NameOverClosures(const std::vector<ChainAtom>& chain, int clo
            return ExtendedOrdinal(poly);
          return ExtendedNumericOrdinal(value);
        });
-  return ExtendedVerdict(counts);
+  return counts;
+}
+
+std::string tresk::NameOverClosures(const std::vector<ChainAtom>& chain, int closureMethod,
+                                    int closures, const NamingOptions& naming) {
+  if (naming.table == KnotTable::extended)
+    return ExtendedVerdict(ExtendedVoteOverClosures(chain, closureMethod, closures, naming));
+  int counts[kCountSlots];
+  VoteOverClosures(chain, counts, closureMethod, closures, naming);
+  return GiveTheNameOfKnot_allProj(counts);
 }

@@ -42,6 +42,11 @@ int KnotInDirection(std::vector<ChainAtom> chain, int direction, const NamingOpt
 int VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
                      int closures, const NamingOptions& naming);
 
+// VoteOverClosures counted under the extended table: tresk::ExtendedOutcomes() counts indexed
+// by the extended ordinals (knots/extendedTable.hpp), whatever `naming.table` says.
+std::vector<int> ExtendedVoteOverClosures(const std::vector<ChainAtom>& chain, int closureMethod,
+                                          int closures, const NamingOptions& naming);
+
 // The vote over closures under `naming`, its table included, as the verdict text of the
 // documented calls ("3_1(70%) 01(30%) "); with the standard table it is exactly
 // GiveTheNameOfKnot after VoteOverClosures.
