@@ -5,6 +5,8 @@
 #include <algorithm>
 
 #include "chain/naming.hpp"            // for tresk::KnotInDirection
+#include "knots/extendedTable.hpp"     // for the extended table's ordinals and verdict
+#include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj
 #include "preprocessing/chainprep.hpp" // for the closures and ChainReduce
 
 namespace {
@@ -66,20 +68,25 @@ int FindOneKnot(const std::vector<ChainAtom>& chain, int* counts, int closureMet
                                  tresk::NamingOptions{kDocumentedNumericAbove, false});
 }
 
-int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
-                            int closures, const NamingOptions& naming) {
-  std::fill(counts, counts + kCountSlots, 0);
+namespace {
+
+// The vote itself: `ordinalOf(closed chain, direction)` names one projection, `problem` is its
+// outcome for a numeric value that is not an integer (and, when robust, a degenerate
+// projection), `unknot` the unknot's; counts has room for every outcome.
+template <typename OrdinalOf>
+void Vote(const std::vector<ChainAtom>& chain, int* counts, int closureMethod, int closures,
+          bool robust, int problem, int unknot, OrdinalOf ordinalOf) {
   // Methods 0 and 1 are deterministic: one closure says everything. Compared unsigned, so a
   // negative method counts as unknown and makes `closures` passes.
   if (static_cast<unsigned>(closureMethod) <= 1u) {
     closures = 1;
   } else if (closures < 1) {
-    return 0;
+    return;
   }
 
   const std::vector<ChainAtom>* source = &chain;
   std::vector<ChainAtom> scaled;
-  if (naming.robust && tresk::ScaledUpIfTiny(chain, scaled))
+  if (robust && tresk::ScaledUpIfTiny(chain, scaled))
     source = &scaled;
 
   std::vector<ChainAtom> working;
@@ -88,23 +95,61 @@ int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, in
     working = *source;
     Close(working, closureMethod);
     ChainReduce(working, true);
-    int ordinal = kProblemWithProjecting;
-    if (naming.robust && AtMostThreePoints(working)) {
-      ordinal = kUnknotOrdinal; // a triangle, however flat, bounds a disc
-    }
-    for (int d = 0; d < kDirectionsPerClosure && ordinal == kProblemWithProjecting; ++d) {
-      ordinal = KnotInDirection(working, d, naming);
+    int ordinal = problem;
+    if (robust && AtMostThreePoints(working))
+      ordinal = unknot; // a triangle, however flat, bounds a disc
+    for (int d = 0; d < kDirectionsPerClosure && ordinal == problem; ++d) {
+      ordinal = ordinalOf(working, d);
     }
     // Every direction failed numerically. A random closure is drawn again and casts no vote; a
     // deterministic one (methods 0 and 1, and the unclosed chain of unknown methods) would give
     // the same closed chain for ever, so it is counted as "Problem with projecting" instead, as
     // is every failed random closure of a robust vote after the tenth.
     const bool random = closureMethod >= 2 && closureMethod <= 4;
-    if (ordinal == kProblemWithProjecting && random &&
-        !(naming.robust && ++failedDraws >= kMaxFailedDraws))
+    if (ordinal == problem && random && !(robust && ++failedDraws >= kMaxFailedDraws))
       continue;
     ++counts[ordinal];
     ++pass;
   }
+}
+
+} // namespace
+
+int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
+                            int closures, const NamingOptions& naming) {
+  std::fill(counts, counts + kCountSlots, 0);
+  Vote(chain, counts, closureMethod, closures, naming.robust, kProblemWithProjecting,
+       kUnknotOrdinal, [&naming](const std::vector<ChainAtom>& closed, int d) {
+         return KnotInDirection(closed, d, naming);
+       });
   return 0;
+}
+
+std::vector<int> tresk::ExtendedVoteOverClosures(const std::vector<ChainAtom>& chain,
+                                                 int closureMethod, int closures,
+                                                 const NamingOptions& naming) {
+  std::vector<int> counts(ExtendedOutcomes(), 0);
+  Vote(chain, counts.data(), closureMethod, closures, naming.robust, ExtendedProblem(),
+       ExtendedOrdinal(boost::math::tools::polynomial<int>(std::vector<int>{1})),
+       [&naming](const std::vector<ChainAtom>& closed, int d) {
+         boost::math::tools::polynomial<int> poly;
+         double value = 0.0;
+         int crossings = 0;
+         if (PolynomialInDirection(closed, d, naming, poly, value, crossings)) {
+           if (crossings < 0 && naming.robust)
+             return ExtendedProblem(); // degenerate: the next direction is tried
+           return ExtendedOrdinal(poly);
+         }
+         return ExtendedNumericOrdinal(value);
+       });
+  return counts;
+}
+
+std::string tresk::NameOverClosures(const std::vector<ChainAtom>& chain, int closureMethod,
+                                    int closures, const NamingOptions& naming) {
+  if (naming.table == KnotTable::extended)
+    return ExtendedVerdict(ExtendedVoteOverClosures(chain, closureMethod, closures, naming));
+  int counts[kCountSlots];
+  VoteOverClosures(chain, counts, closureMethod, closures, naming);
+  return GiveTheNameOfKnot_allProj(counts);
 }

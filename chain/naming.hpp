@@ -3,6 +3,7 @@
 // vote over closures under that choice.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include <boost/math/tools/polynomial.hpp>
@@ -10,6 +11,10 @@
 #include "core/records.hpp" // for ChainAtom
 
 namespace tresk {
+
+// Which table names the polynomials: the 42-row table of the documented calls, or the extended
+// one (every prime knot up to 10 crossings, knots/extendedTable.hpp).
+enum class KnotTable { standard, extended };
 
 struct NamingOptions {
   // A diagram with more crossings than this is decided by the numeric determinant at t = 12
@@ -25,6 +30,7 @@ struct NamingOptions {
   // failed closure counts as "Problem with projecting" instead of being drawn again. false: the
   // documented entry points, which count a degenerate projection as "-3".
   bool robust = true;
+  KnotTable table = KnotTable::standard;
 };
 
 // A chain whose largest |coordinate| is positive and below this is scaled up before a robust
@@ -54,5 +60,16 @@ int KnotInDirection(std::vector<ChainAtom> chain, int direction, const NamingOpt
 // each closure and counts the first usable ordinal of 30 directions in counts[0..41].
 int VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, int closureMethod,
                      int closures, const NamingOptions& naming);
+
+// VoteOverClosures counted under the extended table: tresk::ExtendedOutcomes() counts indexed
+// by the extended ordinals (knots/extendedTable.hpp), whatever `naming.table` says.
+std::vector<int> ExtendedVoteOverClosures(const std::vector<ChainAtom>& chain, int closureMethod,
+                                          int closures, const NamingOptions& naming);
+
+// The vote over closures under `naming`, its table included, as the verdict text of the
+// documented calls ("3_1(70%) 01(30%) "); with the standard table it is exactly
+// GiveTheNameOfKnot after VoteOverClosures.
+std::string NameOverClosures(const std::vector<ChainAtom>& chain, int closureMethod, int closures,
+                             const NamingOptions& naming);
 
 } // namespace tresk

@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "chain/naming.hpp"            // for tresk::KnotTable
 #include "core/records.hpp"            // for ChainAtom
 #include "preprocessing/readChain.hpp" // for tresk::ReadOptions
 
@@ -16,6 +17,8 @@ void RegisterKnotCommands(CLI::App& app);
 void RegisterScanCommands(CLI::App& app);
 // `tresk batch`: the knots of many files, one row per file and chain, resumable.
 void RegisterBatchCommands(CLI::App& app);
+// `tresk build-extended-table` (hidden): the extended knot table from ideal conformations.
+void RegisterTableCommands(CLI::App& app);
 
 // Ends the command with a failure status; CLI11 turns this into the program's exit status.
 [[noreturn]] void Fail(int status);
@@ -30,6 +33,8 @@ void AddClosureOptions(CLI::App* command, int& method, int& closures, const std:
                        const std::string& closuresHelp);
 // --numeric-above: the crossing bound of exact naming (default: the value already in `bound`).
 void AddNumericAbove(CLI::App* command, int& bound);
+// --table standard|extended: which knot table names the polynomials (default standard).
+void AddTableChoice(CLI::App* command, tresk::KnotTable& table);
 // --chain, --model and --atom: which chain of a structure file is read.
 void AddChainChoice(CLI::App* command, tresk::ReadOptions& choice);
 // The chosen chain of `file`, with the chain, its size and its breaks said on standard error for

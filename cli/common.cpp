@@ -39,6 +39,20 @@ void AddNumericAbove(CLI::App* command, int& bound) {
       ->capture_default_str();
 }
 
+void AddTableChoice(CLI::App* command, tresk::KnotTable& table) {
+  command
+      ->add_option_function<std::string>(
+          "--table",
+          [&table](const std::string& name) {
+            table = name == "extended" ? tresk::KnotTable::extended : tresk::KnotTable::standard;
+          },
+          "Knot table: standard (up to 8 crossings and 9_1, the library's documented table) or "
+          "extended (every prime knot up to 10 crossings; knots sharing a polynomial are named "
+          "together, e.g. 8_3|10_1)")
+      ->check(CLI::IsMember({"standard", "extended"}))
+      ->default_str("standard");
+}
+
 void AddChainChoice(CLI::App* command, tresk::ReadOptions& choice) {
   command->add_option("--chain", choice.chain,
                       "Chain of a PDB/mmCIF file: author chain id (or mmCIF label id); default: "

@@ -13,6 +13,7 @@
 #include "crossings/crossings.hpp"     // for FindAllCrossings
 #include "entry/api.hpp"               // for tresk::PolymerChains
 #include "entry/entry.hpp"             // for FindMajorKnot, GiveTheNameOfKnot
+#include "knots/extendedTable.hpp"     // for tresk::ExtendedOrdinal, tresk::ExtendedOutcomeName
 #include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, knots
 #include "preprocessing/chainprep.hpp" // for ChainReduce, ProjectChain
 
@@ -55,7 +56,13 @@ void NameOneChain(const std::vector<ChainAtom>& chain, const KnotOptions& o, std
   int counts[42];
   // The documented call where it names the same way, and for its message on coordinates it
   // cannot use.
-  if (o.naming.numericAbove == kExactCrossingBound || !tresk::CheckCoordinates(chain).empty())
+  const bool usable = tresk::CheckCoordinates(chain).empty();
+  if (usable && o.naming.table == tresk::KnotTable::extended) {
+    std::cout << label << tresk::NameOverClosures(chain, o.closureMethod, o.closures, o.naming)
+              << "\n";
+    return;
+  }
+  if (o.naming.numericAbove == kExactCrossingBound || !usable)
     FindMajorKnot(chain, counts, o.closureMethod, o.closures);
   else
     tresk::VoteOverClosures(chain, counts, o.closureMethod, o.closures, o.naming);
@@ -129,6 +136,7 @@ void RunPoly(const PolyOptions& o) {
   }
   std::cout << "crossings: " << crossings.size() << " in direction " << o.direction << "\n";
 
+  const bool extended = o.naming.table == tresk::KnotTable::extended;
   boost::math::tools::polynomial<int> poly;
   double value = 0.0;
   int ordinal;
@@ -146,15 +154,21 @@ void RunPoly(const PolyOptions& o) {
     std::cout << "\npolynomial: ";
     ShowPoly(poly);
     std::cout << "\n";
-    ordinal = WhichKnot_OrdNr(poly);
+    ordinal = extended ? tresk::ExtendedOrdinal(poly) : WhichKnot_OrdNr(poly);
   } else {
     std::cout << "way: numeric determinant at t = 12 (more than " << o.naming.numericAbove
               << " crossings)\nvalue: " << value << "\n";
-    ordinal = WhichKnotDouble_OrdNr(value);
+    ordinal = extended ? tresk::ExtendedNumericOrdinal(value) : WhichKnotDouble_OrdNr(value);
   }
-  std::cout << "knot: " << knots[ordinal].name;
-  if (ordinal == 39)
-    std::cout << " (not in the table of knots up to 8 crossings)";
+  if (extended) {
+    std::cout << "knot: " << tresk::ExtendedOutcomeName(ordinal);
+    if (ordinal == tresk::ExtendedUnknown())
+      std::cout << " (not in the extended table of knots up to 10 crossings)";
+  } else {
+    std::cout << "knot: " << knots[ordinal].name;
+    if (ordinal == 39)
+      std::cout << " (not in the table of knots up to 8 crossings)";
+  }
   std::cout << "\n";
 }
 
@@ -188,6 +202,7 @@ void RegisterKnotCommands(CLI::App& app) {
               "Name the knot of every polymer chain of a structure file, one line per chain: "
               "chain id, a tab, the verdict");
   AddNumericAbove(k, knot->naming.numericAbove);
+  AddTableChoice(k, knot->naming.table);
   k->footer("Example: tresk knot examples/chains/trefoil_open.xyz --seed 1");
   k->callback([knot] { RunKnot(*knot); });
 
@@ -206,6 +221,7 @@ void RegisterKnotCommands(CLI::App& app) {
               "its knot (more crossings, slower)");
   AddChainChoice(p, poly->choice);
   AddNumericAbove(p, poly->naming.numericAbove);
+  AddTableChoice(p, poly->naming.table);
   p->footer("Example: tresk poly examples/chains/trefoil_closed.xyz");
   p->callback([poly] { RunPoly(*poly); });
 }

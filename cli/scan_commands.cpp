@@ -161,7 +161,8 @@ void RegisterScanCommands(CLI::App& app) {
       "a grid of the given step, then at every subchain near a strongly knotted grid point. "
       "Writes a header line and one line per knotted subchain (ids of its ends, the knot "
       "types in 31 probability bands >90% .. >0%, the share of failed closures, its "
-      "positions), or 'UNKNOT'. Draw it with 'tresk plot'.");
+      "positions), or 'UNKNOT'. Draw it with 'tresk plot'. Knot types come from the standard "
+      "table (--table extended is not supported here).");
   AddChainFile(m, matrix->file);
   m->add_option("-o,--output", matrix->output, "Fingerprint file to write")->required();
   AddChainChoice(m, matrix->choice);

@@ -14,9 +14,11 @@
 #include <vector>
 
 #include "alexander/determinant.hpp"   // for WhichKnotDouble_OrdNr
+#include "chain/naming.hpp"            // for tresk::ExtendedVoteOverClosures
 #include "entry/api.hpp"               // for tresk::ReadChain, tresk::FingerprintRows
 #include "entry/entry.hpp"             // for FindMajorKnot, GiveTheNameOfKnot
 #include "entry/survey.hpp"            // for tresk::SurveyFile, tresk::FormatSurveyRow
+#include "knots/extendedTable.hpp"     // for tresk::ExtendedVerdict, tresk::ExtendedOutcomeName
 #include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, knots
 #include "preprocessing/chainprep.hpp" // for ChainReduce
 
@@ -96,25 +98,36 @@ py::tuple PyRead(const std::string& path, const std::string& chain, int model,
   return py::make_tuple(xyz, ids, read.chain, read.model);
 }
 
-py::tuple PyKnot(const Coordinates& xyz, int closures, int method, const py::object& seed) {
+py::tuple PyKnot(const Coordinates& xyz, int closures, int method, const py::object& seed,
+                 const std::string& table) {
   const std::vector<ChainAtom> chain = ChainFromArray(xyz, py::none());
   const std::optional<unsigned> seeded = SeedOf(seed);
-  int counts[42];
+  // The extended table counts its own outcomes; unusable coordinates go the documented way
+  // for its message.
+  const bool extended = table == "extended" && CheckCoordinates(chain).empty();
+  std::vector<int> counts(42, 0);
   std::string verdict;
   {
     py::gil_scoped_release release;
     std::lock_guard<std::mutex> lock(engineMutex);
     Seed(seeded);
-    FindMajorKnot(chain, counts, method, closures);
-    verdict = GiveTheNameOfKnot(counts);
+    if (extended) {
+      counts = ExtendedVoteOverClosures(chain, method, closures, NamingOptions{});
+      verdict = ExtendedVerdict(counts);
+    } else {
+      FindMajorKnot(chain, counts.data(), method, closures);
+      verdict = GiveTheNameOfKnot(counts.data());
+    }
   }
   int total = 0;
   for (int count : counts)
     total += count;
   py::dict shares;
-  for (int i = 0; i < 42; ++i) {
-    if (counts[i] > 0)
-      shares[py::str(knots[i].name)] = static_cast<double>(counts[i]) / total;
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    if (counts[i] > 0) {
+      const std::string name = extended ? ExtendedOutcomeName(static_cast<int>(i)) : knots[i].name;
+      shares[py::str(name)] = static_cast<double>(counts[i]) / total;
+    }
   }
   return py::make_tuple(shares, verdict);
 }
@@ -253,7 +266,7 @@ PYBIND11_MODULE(_tresk, m) {
   m.def("read", &tresk::PyRead, py::arg("path"), py::arg("chain"), py::arg("model"),
         py::arg("atom"));
   m.def("knot", &tresk::PyKnot, py::arg("coords"), py::arg("closures"), py::arg("method"),
-        py::arg("seed"));
+        py::arg("seed"), py::arg("table"));
   m.def("polynomial", &tresk::PyPolynomial, py::arg("coords"));
   m.def("fingerprint", &tresk::PyFingerprint, py::arg("coords"), py::arg("ids"), py::arg("step"),
         py::arg("threshold"), py::arg("closures"), py::arg("method"), py::arg("seed"),

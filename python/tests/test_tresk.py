@@ -32,6 +32,16 @@ def test_knot_of_an_open_trefoil():
     assert tresk.knot(xyz("trefoil_open.xyz"), closures=50, seed=5) == (shares, verdict)
 
 
+def test_knot_with_the_extended_table():
+    standard = tresk.knot(xyz("trefoil_open.xyz"), closures=50, seed=5)
+    shares, verdict = tresk.knot(xyz("trefoil_open.xyz"), closures=50, seed=5, table="extended")
+    # The same closures: the shares stay, knots sharing a polynomial are named together.
+    assert sorted(shares.values()) == sorted(standard[0].values()) and shares["3_1"] > 0.5
+    assert verdict.startswith("3_1(") and ("5_1" not in shares or "5_1|10_132" in shares)
+    with pytest.raises(ValueError):
+        tresk.knot(xyz("trefoil_open.xyz"), table="large")
+
+
 def test_polynomial_of_a_closed_trefoil():
     assert tresk.polynomial(xyz("trefoil_closed.xyz")) == ([1, -1, 1], "3_1")
 

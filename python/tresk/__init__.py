@@ -57,14 +57,18 @@ def read(path, chain=None, model=1, atom="CA"):
     return coords, ids
 
 
-def knot(coords, closures=100, method=3, seed=None):
+def knot(coords, closures=100, method=3, seed=None, table="standard"):
     """Name the knot of an open chain by closing it `closures` times (closure `method` 0-4,
     3 = both ends to one random point of a surrounding sphere). `seed` seeds rand() first
     (None: the sequence goes on). Returns (shares, verdict): shares maps each knot name
     found ("01" = unknot, "3_1", ..., "UNKNOWN", "INSIDE") to its share of the closures
-    (0..1), verdict is the text of `tresk knot`, e.g. "3_1(95%) 5_2(5%) "."""
+    (0..1), verdict is the text of `tresk knot`, e.g. "3_1(95%) 5_2(5%) ".
+    table="extended" names by every prime knot up to 10 crossings (knots sharing a
+    polynomial together, e.g. "8_3|10_1"), with the exact polynomial up to 200 crossings."""
+    if table not in ("standard", "extended"):
+        raise ValueError("table must be 'standard' or 'extended', not %r" % (table,))
     return _tresk.knot(_coords(coords), _count("closures", closures, 1, 1000000),
-                       _count("method", method, 0, 4), _seed(seed))
+                       _count("method", method, 0, 4), _seed(seed), table)
 
 
 def polynomial(coords):

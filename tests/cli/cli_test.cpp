@@ -115,6 +115,32 @@ TEST(Cli, EveryCommandAndBadInput) {
     std::remove(path.c_str());
 }
 
+// --table extended counts the same closures as the default and names them by the larger
+// table; without it, or with --table standard, the output is the documented one.
+TEST(Cli, ExtendedTable) {
+  SKIP_WITHOUT_PROGRAM();
+  const std::string open = Quote(zoo::SourceFile("examples/chains/trefoil_open.xyz"));
+  EXPECT_EQ(Tresk("knot " + open + " -s 5").out, "3_1(94%) 5_2(5%) 5_1(1%) \n");
+  EXPECT_EQ(Tresk("knot " + open + " -s 5 --table standard").out, "3_1(94%) 5_2(5%) 5_1(1%) \n");
+  EXPECT_EQ(Tresk("knot " + open + " -s 5 --table extended").out,
+            "3_1(94%) 5_2(5%) 5_1|10_132(1%) \n");
+  const Result bad = Tresk("knot " + open + " --table large");
+  EXPECT_NE(bad.status, 0);
+  EXPECT_NE(bad.out.find("large not in {standard,extended}"), std::string::npos) << bad.out;
+
+  TRESK_REQUIRE_DATA();
+  auto ideal = [](const char* name) {
+    return Quote(zoo::DataFile(std::string("closed/gilbert_ideal/sampled/") + name));
+  };
+  EXPECT_EQ(Tresk("knot " + ideal("7_4.xyz") + " -m 0").out, "7_4(100%) \n");
+  EXPECT_EQ(Tresk("knot " + ideal("7_4.xyz") + " -m 0 --table extended").out, "7_4|9_2(100%) \n");
+  const std::string poly = Tresk("poly " + ideal("10_1.xyz")).out;
+  const std::string extended = Tresk("poly " + ideal("10_1.xyz") + " --table extended").out;
+  EXPECT_NE(poly.find("\nknot: 8_3\n"), std::string::npos) << poly;
+  EXPECT_EQ(extended.substr(0, extended.find("knot: ")), poly.substr(0, poly.find("knot: ")));
+  EXPECT_NE(extended.find("\nknot: 8_3|10_1\n"), std::string::npos) << extended;
+}
+
 // A batch over the structure files, a list with a chain and a bad file: one row per file and
 // chain in input order, an error row that does not stop the run; a run cut short in the middle
 // of a row and resumed on another number of workers gives the uninterrupted table. The seeds
