@@ -1,16 +1,20 @@
-// Batch reduction of 1,000 closed random chains of 300 points: the plain reference reduction,
-// the host path (ChainReduceCPU) and, where a CUDA device is present, one GPU launch.
-// Two kinds of chains: free random walks, and walks confined to a sphere (compact, knotted
-// coils, much like the closed subchains of a protein scan).
+// Batch reduction: the plain reference reduction, the host path (ChainReduceCPU) and, where a
+// CUDA device is present, one GPU launch, on 1,000 random chains of 300 points (free walks, and
+// compact knotted coils confined to a sphere) and on eight protein C-alpha traces, closed as
+// they are.
 #include <cmath>
 #include <cstdio>
 #include <random>
+#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "reduction/KknotsSimpler_closed.hpp"
-#include "reduction/batch.hpp"                // for tresk::ReduceBatchUsesDevice
+#include "reduction/batch.hpp"         // for tresk::ReduceBatchUsesDevice
+#ifndef TRESK_BENCH_NO_CORPUS          // built without the test suite: no corpus readers
+#include "tests/support/datafiles.hpp" // for zoo::ReadChain, zoo::DataFile
+#endif
 #include "tests/support/reduce_reference.hpp" // for reference::ChainReduceReference
 
 namespace {
@@ -49,6 +53,26 @@ Batch MakeBatch(double radius) {
   return batch;
 }
 
+#ifndef TRESK_BENCH_NO_CORPUS
+// Eight protein traces of 100 to 330 atoms from the corpus, each one job; empty without it.
+const Batch& Proteins() {
+  static const Batch batch = [] {
+    Batch b;
+    for (const char* name :
+         {"1cak_A", "1ep9_A", "1fvo_A", "1j85_A", "1ns5_A", "1o6d_A", "1pvv_A", "3kzn_A"}) {
+      const std::vector<ChainAtom> atoms =
+          zoo::ReadChain("proteins/ca_xyz/" + std::string(name) + ".xyz");
+      b.jobs.push_back(
+          {static_cast<int32_t>(b.points.size()), static_cast<int32_t>(atoms.size()), 0, 0, 0, 0});
+      for (const ChainAtom& a : atoms)
+        b.points.push_back({float(a.x), float(a.y), float(a.z)});
+      b.points.insert(b.points.end(), 2, b.points.empty() ? fPointR3{} : b.points.back());
+    }
+    return b;
+  }();
+  return batch;
+}
+
 const Batch& Walks() {
   static const Batch batch = MakeBatch(0.0);
   return batch;
@@ -74,8 +98,9 @@ void RunBatch(benchmark::State& state, const Batch& source) {
       left += job.length;
     state.ResumeTiming();
   }
-  state.counters["points_left_per_chain"] = static_cast<double>(left) / kChains;
-  state.SetItemsProcessed(state.iterations() * kChains);
+  const auto chains = static_cast<long long>(source.jobs.size());
+  state.counters["points_left_per_chain"] = static_cast<double>(left) / chains;
+  state.SetItemsProcessed(state.iterations() * chains);
 }
 
 int ReduceOnDevice(std::vector<fPointR3>& points, std::vector<Job>& jobs) {
@@ -94,6 +119,13 @@ void BM_PlainCoils(benchmark::State& s) {
 void BM_FastCoils(benchmark::State& s) {
   RunBatch<ChainReduceCPU>(s, Coils());
 }
+void BM_PlainProteins(benchmark::State& s) {
+  RunBatch<reference::ChainReduceReference>(s, Proteins());
+}
+void BM_FastProteins(benchmark::State& s) {
+  RunBatch<ChainReduceCPU>(s, Proteins());
+}
+#endif
 void BM_KernelWalks(benchmark::State& s) {
   RunBatch<ReduceOnDevice>(s, Walks());
 }
@@ -111,6 +143,19 @@ int main(int argc, char** argv) {
                   benchmark::RegisterBenchmark("FastCoils", BM_FastCoils)}) {
     b->Unit(benchmark::kMillisecond);
   }
+#ifndef TRESK_BENCH_NO_CORPUS
+  // The corpus: missing is an error under CI, a one-line skip elsewhere.
+  if (!zoo::DataFile("MANIFEST.md").empty()) {
+    benchmark::RegisterBenchmark("PlainProteins", BM_PlainProteins)->Unit(benchmark::kMicrosecond);
+    benchmark::RegisterBenchmark("FastProteins", BM_FastProteins)->Unit(benchmark::kMicrosecond);
+  } else if (zoo::InCI()) {
+    std::fprintf(stderr, "ground-truth corpus missing: expected at %s\n", zoo::DataDir().c_str());
+    return 1;
+  } else {
+    std::fprintf(stderr, "PlainProteins, FastProteins: skipped (no corpus at %s)\n",
+                 zoo::DataDir().c_str());
+  }
+#endif
   if (tresk::ReduceBatchUsesDevice()) {
     benchmark::RegisterBenchmark("KernelWalks", BM_KernelWalks)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("KernelCoils", BM_KernelCoils)->Unit(benchmark::kMillisecond);

@@ -3,7 +3,13 @@
 // so that both run the same code. Compile without floating-point contraction on both sides.
 #pragma once
 
-#include <math.h> // for fabsf (host and device)
+#include <math.h>   // for fabsf (host and device)
+#include <string.h> // for memmove (host)
+
+#if defined(__SSE2__) && !defined(__CUDA_ARCH__)
+#include <emmintrin.h> // the host scans four segments at a time
+#define TRESK_REDUCE_SSE 1
+#endif
 
 #include "core/points.hpp" // for fPointR3
 
@@ -11,6 +17,16 @@
 #define TRESK_HD __host__ __device__
 #else
 #define TRESK_HD
+#endif
+
+// The segment-triangle test is inlined into the reduction's scan (a call through the shared
+// library's table costs as much as the test's early exits save).
+#if defined(__CUDACC__)
+#define TRESK_REDUCE_INLINE __forceinline__
+#elif defined(__GNUC__)
+#define TRESK_REDUCE_INLINE inline __attribute__((always_inline))
+#else
+#define TRESK_REDUCE_INLINE inline
 #endif
 
 namespace tresk {
@@ -32,7 +48,8 @@ TRESK_HD inline fPointR3 ReduceSub(const fPointR3& p, const fPointR3& q) {
 // from 0 at P to 1 at Q, (u, v) are the coordinates of the meeting point along e1 and e2.
 // Every non-zero answer needs M < s < H, u > M and v > M, so the test leaves early when one
 // of them fails (NaN included); the answer is the same as evaluating all conditions.
-TRESK_HD inline int SegmentTriangleTest(const fPointR3* triangle, const fPointR3* segment) {
+TRESK_HD TRESK_REDUCE_INLINE int SegmentTriangleTest(const fPointR3* triangle,
+                                                     const fPointR3* segment) {
   // Tolerances, all single precision: a clear hit needs s, u, v and u + v within [E, L];
   // the contact bands run from M to H.
   const float E = 1e-5f, L = 0.99999f, M = -1e-5f, H = 1.00001f;
@@ -160,6 +177,15 @@ TRESK_HD inline bool Blocks(const Cycle& c, const fPointR3* triangle, int s) {
   return c.blocks[SegmentTriangleTest(triangle, segment)];
 }
 
+// The same for the segment from compact point k to the next (to point 0 after the last): the
+// compact list holds copies of the same coordinates.
+TRESK_HD inline bool BlocksAt(const Cycle& c, const fPointR3* triangle, int k) {
+  const ReducePoint& p = c.compact[k];
+  const ReducePoint& q = c.compact[k + 1 < c.size ? k + 1 : 0];
+  const fPointR3 segment[2] = {{p.x, p.y, p.z}, {q.x, q.y, q.z}};
+  return c.blocks[SegmentTriangleTest(triangle, segment)];
+}
+
 TRESK_HD inline void Unlink(Cycle& c, int m) {
   const int s = c.witStart[m];
   if (s < 0)
@@ -274,6 +300,44 @@ TRESK_HD inline bool MissesBySide(const Plane& f, float hp, float hq) {
   return hp * hq > 0.0f && gap > f.eD && least >= f.eN + f.eD + 1e-4f * (gap + f.eD);
 }
 
+#ifdef TRESK_REDUCE_SSE
+// The heights of compact points k .. k+3, with the operations of HeightOf in the same order
+// (each lane rounds exactly as the scalar code does).
+inline __m128 Heights4(const Cycle& c, const Plane& f, int k) {
+  __m128 x = _mm_loadu_ps(&c.compact[k].x), y = _mm_loadu_ps(&c.compact[k + 1].x);
+  __m128 z = _mm_loadu_ps(&c.compact[k + 2].x), w = _mm_loadu_ps(&c.compact[k + 3].x);
+  _MM_TRANSPOSE4_PS(x, y, z, w); // lanes: x, y, z of the four points (w: positions, unused)
+  const __m128 hx = _mm_mul_ps(_mm_set1_ps(f.n.x), _mm_sub_ps(x, _mm_set1_ps(f.a.x)));
+  const __m128 hy = _mm_mul_ps(_mm_set1_ps(f.n.y), _mm_sub_ps(y, _mm_set1_ps(f.a.y)));
+  const __m128 hz = _mm_mul_ps(_mm_set1_ps(f.n.z), _mm_sub_ps(z, _mm_set1_ps(f.a.z)));
+  return _mm_add_ps(_mm_add_ps(hx, hy), hz);
+}
+
+// Which of the segments k .. k+3 MissesBySide cannot prove to miss, as bits 0 .. 3 (bit j for
+// segment k+j), with the same operations lane by lane, from the heights of points k .. k+3 and
+// k+4 .. k+7.
+inline int SideCandidates(const Plane& f, __m128 hp, __m128 ahead) {
+  // hq = heights k+1 .. k+4: hp shifted down one lane, the first of `ahead` on top.
+  const __m128 t = _mm_move_ss(hp, ahead); // ahead0, hp1, hp2, hp3
+  const __m128 hq = _mm_shuffle_ps(t, t, _MM_SHUFFLE(0, 3, 2, 1));
+  const __m128 sign = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
+  const __m128 a = _mm_and_ps(hp, sign), b = _mm_and_ps(hq, sign);
+  const __m128 gap = _mm_and_ps(_mm_sub_ps(a, b), sign);
+  const __m128 least = _mm_min_ps(a, b); // a < b ? a : b
+  const __m128 eD = _mm_set1_ps(f.eD);
+  const __m128 bound =
+      _mm_add_ps(_mm_set1_ps(f.eN + f.eD), _mm_mul_ps(_mm_set1_ps(1e-4f), _mm_add_ps(gap, eD)));
+  const __m128 proved = _mm_and_ps(
+      _mm_and_ps(_mm_cmpgt_ps(_mm_mul_ps(hp, hq), _mm_setzero_ps()), _mm_cmpgt_ps(gap, eD)),
+      _mm_cmpge_ps(least, bound));
+  return ~_mm_movemask_ps(proved) & 15;
+}
+
+inline int LowestBit(int bits) {
+  return __builtin_ctz(static_cast<unsigned>(bits));
+}
+#endif
+
 // Takes point x out of the compact list; it holds positions in increasing order.
 TRESK_HD inline void Uncompact(Cycle& c, int x) {
   int lo = 0, hi = c.size; // the first k with position >= x
@@ -287,8 +351,12 @@ TRESK_HD inline void Uncompact(Cycle& c, int x) {
   }
   const int size = --c.size;
   ReducePoint* compact = c.compact;
+#ifdef __CUDA_ARCH__
   for (int k = lo; k < size; ++k)
     compact[k] = compact[k + 1];
+#else
+  memmove(compact + lo, compact + lo + 1, sizeof(ReducePoint) * static_cast<size_t>(size - lo));
+#endif
 }
 
 // Tests corner m afresh; remembers a blocker and returns true, or returns false when the corner
@@ -315,12 +383,27 @@ TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
   }
   const Plane plane = PlaneOf(c, triangle);
   const float first = HeightOf(c, plane, 0);
-  float hp = first;
-  for (int k = 0; k < c.size; ++k) {
+  int k = 0;
+#ifdef TRESK_REDUCE_SSE
+  // Four segments at a time while points k .. k+7 exist; the scalar loop below takes the rest.
+  __m128 heights = Heights4(c, plane, 0);
+  for (; k + 8 <= c.size; k += 4) {
+    const __m128 ahead = Heights4(c, plane, k + 4);
+    for (int rest = SideCandidates(plane, heights, ahead); rest != 0; rest &= rest - 1) {
+      const int j = k + LowestBit(rest);
+      const int s = c.compact[j].position;
+      if (s != hint && Tested(c, m, s) && BlocksAt(c, triangle, j))
+        return Remember(c, m, s);
+    }
+    heights = ahead;
+  }
+#endif
+  float hp = k == 0 ? first : HeightOf(c, plane, k);
+  for (; k < c.size; ++k) {
     const float hq = k + 1 < c.size ? HeightOf(c, plane, k + 1) : first;
     if (!MissesBySide(plane, hp, hq)) {
       const int s = c.compact[k].position;
-      if (s != hint && Tested(c, m, s) && Blocks(c, triangle, s))
+      if (s != hint && Tested(c, m, s) && BlocksAt(c, triangle, k))
         return Remember(c, m, s);
     }
     hp = hq;
