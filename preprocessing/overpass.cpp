@@ -167,8 +167,8 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
         clean = clean && ev.state == events[start].state;
         ++inside;
       }
-    if (!clean || inside == 0)
-      continue;
+    if (!clean || inside == 0 || inside <= best.gain)
+      continue; // (a stretch removing no more crossings than the best cannot beat it)
     // The stretch is lifted along its vertical curtain; an outside edge folding back along the
     // stretch's end edge in the diagram would lie in that curtain.
     if (FoldsBack(P(from - 1), P(from), P(from + 1)) || FoldsBack(P(to - 1), P(to), P(to + 1)))
@@ -178,36 +178,42 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
     double chord = std::hypot(b.x - a.x, b.y - a.y);
     if (chord <= hair)
       continue;
+    // Crossings of the chord with the edges that stay; the count stops once the stretch could
+    // no longer beat the best gain so far.
+    const int most = inside - best.gain - 1;
     int crossings = 0;
-    double nearFrom = INFINITY, nearTo = INFINITY;
     bool sure = true;
-    for (int e = to; e != from && sure; e = e + 1 < m ? e + 1 : 0) { // the edges outside
+    for (int e = to; e != from && sure && crossings <= most; e = e + 1 < m ? e + 1 : 0) {
       const int f = e + 1 < m ? e + 1 : 0;
-      const P2 pe = p[e], pf = p[f];
-      bool atTo = e == to, atFrom = f == from;
-      if (!atTo)
-        nearTo = std::min(nearTo, PointSegmentDistance(b, pe, pf));
-      if (!atFrom)
-        nearFrom = std::min(nearFrom, PointSegmentDistance(a, pe, pf));
-      if (atTo || atFrom)
+      if (e == to || f == from)
         continue;
       double ta, tb;
-      int r = Meet(a, b, pe, pf, hair, ta, tb);
+      int r = Meet(a, b, p[e], p[f], hair, ta, tb);
       if (r < 0)
         sure = false;
       crossings += r > 0;
     }
-    if (!sure || nearFrom <= 1e3 * hair || nearTo <= 1e3 * hair)
+    if (!sure || crossings > most)
+      continue;
+    // Only a stretch that would become the best needs the chord ends' clearance from the
+    // edges that stay.
+    double nearFrom = INFINITY, nearTo = INFINITY;
+    for (int e = to; e != from; e = e + 1 < m ? e + 1 : 0) {
+      const int f = e + 1 < m ? e + 1 : 0;
+      if (e != to)
+        nearTo = std::min(nearTo, PointSegmentDistance(b, p[e], p[f]));
+      if (f != from)
+        nearFrom = std::min(nearFrom, PointSegmentDistance(a, p[e], p[f]));
+    }
+    if (nearFrom <= 1e3 * hair || nearTo <= 1e3 * hair)
       continue;
     int gain = inside - crossings;
-    if (gain > best.gain) {
-      best.gain = gain;
-      best.from = from;
-      best.to = to;
-      best.state = events[start].state;
-      best.epsFrom = std::min(0.25, 0.5 * nearFrom / chord);
-      best.epsTo = std::min(0.25, 0.5 * nearTo / chord);
-    }
+    best.gain = gain;
+    best.from = from;
+    best.to = to;
+    best.state = events[start].state;
+    best.epsFrom = std::min(0.25, 0.5 * nearFrom / chord);
+    best.epsTo = std::min(0.25, 0.5 * nearTo / chord);
   }
   if (best.gain <= 0)
     return false;

@@ -9,11 +9,12 @@
 #include <climits>
 #include <cmath>
 #include <deque>
+#include <numeric>
 #include <vector>
 
 #include "preprocessing/directions.hpp"      // for ProjectionFrames
 #include "preprocessing/overpass.hpp"        // for ShortcutBestPass
-#include "preprocessing/projection_rank.hpp" // for CountDiagramCrossingsUpTo, RankPlanesTop
+#include "preprocessing/projection_rank.hpp" // for CountCrossings, RankPlanesTop
 #include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleSeparation
 #include "preprocessing/vec3.hpp"            // for Vec3
 
@@ -398,27 +399,64 @@ void CutCorners(std::vector<ChainAtom>& chain) {
 // With `below` given, only counts under it are exact: the result is `below` when no plane has
 // fewer crossings. The result does not depend on the order the planes are tried in (each count
 // under the running minimum is exact, the others change nothing), so `order` may put the planes
-// likely to have few crossings first, letting the others stop early.
+// likely to have few crossings first, letting the others stop early. A near-degenerate plane is
+// left at once, and nothing can go under a minimum of 0.
 int FewestCrossings(const std::vector<ChainAtom>& chain, int below = INT_MAX,
                     const std::array<int, 30>* order = nullptr) {
   int fewest = below;
-  for (int k = 0; k < 30; ++k) {
+  for (int k = 0; k < 30 && fewest > 0; ++k) {
     // A plane cannot lower the minimum once it has as many crossings: its count stops there.
     bool nearDegenerate = false;
     const int plane = order ? (*order)[k] : k;
-    int c = CountDiagramCrossingsUpTo(chain, ProjectionFrames()[plane], fewest, nearDegenerate);
+    int c = tresk::CountCrossings(chain, ProjectionFrames()[plane], fewest, true, nearDegenerate);
     if (!nearDegenerate && c < fewest)
       fewest = c;
   }
   return fewest;
 }
 
+// The chains whose fewest crossings were counted in this run of the shortcut rounds. A count
+// capped at `below` gives r = min(below, true minimum); asked again with a cap at or under the
+// old one the answer is min(cap, r) without counting: the same chain often comes back from
+// several planes' shortcuts.
+class CrossingMemo {
+public:
+  void Clear() { entries_.clear(); }
+
+  int Fewest(const std::vector<ChainAtom>& chain, int below, const std::array<int, 30>& order) {
+    for (const Entry& e : entries_)
+      if (Same(e.chain, chain) && (e.result < e.below || below <= e.below))
+        return std::min(below, e.result);
+    int result = FewestCrossings(chain, below, &order);
+    entries_.push_back({chain, below, result});
+    return result;
+  }
+
+private:
+  struct Entry {
+    std::vector<ChainAtom> chain;
+    int below, result;
+  };
+  static bool Same(const std::vector<ChainAtom>& a, const std::vector<ChainAtom>& b) {
+    if (a.size() != b.size())
+      return false;
+    for (size_t i = 0; i < a.size(); ++i)
+      if (a[i].x != b[i].x || a[i].y != b[i].y || a[i].z != b[i].z)
+        return false;
+    return true;
+  }
+  std::vector<Entry> entries_;
+};
+
 // Over/under-pass shortcuts, each followed by corner cutting, tried in every projection plane
 // (the four best planes for larger chains); the variant with the fewest crossings in its best
 // plane is kept, round after round, while that number still falls.
 void ShortcutPasses(std::vector<ChainAtom>& chain) {
-  int current = FewestCrossings(chain);
   std::vector<ChainAtom> best, trial, cut;
+  CrossingMemo memo;
+  std::array<int, 30> identity;
+  std::iota(identity.begin(), identity.end(), 0);
+  int current = memo.Fewest(chain, INT_MAX, identity);
   for (int round = 0; round < kMaxShortcutRounds && current > 0; ++round) {
     int m = static_cast<int>(chain.size());
     int planes = m <= kAllPlanesSize ? 30 : 4;
@@ -441,9 +479,9 @@ void ShortcutPasses(std::vector<ChainAtom>& chain) {
       // The cut variant wins ties; either must beat the best so far. Counts at or above what
       // they must beat are not needed exactly. When corner cutting removed nothing the two
       // variants are the same chain and the cut one is the one kept.
-      int cutCrossings = FewestCrossings(cut, bestCrossings, &order);
+      int cutCrossings = memo.Fewest(cut, bestCrossings, order);
       int bar = std::min(cutCrossings, bestCrossings);
-      int crossings = cut.size() == trial.size() ? bar : FewestCrossings(trial, bar, &order);
+      int crossings = cut.size() == trial.size() ? bar : memo.Fewest(trial, bar, order);
       if (crossings < bar) {
         bestCrossings = crossings;
         best.swap(trial);
