@@ -9,6 +9,7 @@
 #include <climits>
 #include <cmath>
 #include <deque>
+#include <memory>
 #include <numeric>
 #include <vector>
 
@@ -388,7 +389,12 @@ void CutCorners(std::vector<ChainAtom>& chain) {
     chain.swap(distinct);
   if (chain.size() < 4)
     return;
-  thread_local Reducer r;
+  // Reached through a pointer: a method bound to the thread-local object itself would look its
+  // address up again at every member access.
+  thread_local std::unique_ptr<Reducer> workspace;
+  if (!workspace)
+    workspace = std::make_unique<Reducer>();
+  Reducer& r = *workspace;
   r.Reset(chain);
   r.Run();
   r.Result(chain);
