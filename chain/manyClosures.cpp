@@ -3,9 +3,11 @@
 #include "chain/manyClosures.hpp"
 
 #include <algorithm>
+#include <memory>
 
 #include "chain/naming.hpp"            // for tresk::KnotInDirection
 #include "preprocessing/chainprep.hpp" // for the closures and ChainReduce
+#include "preprocessing/open_cut.hpp"  // for tresk::OpenChainCut
 
 namespace {
 
@@ -58,10 +60,19 @@ int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, in
     return 0;
   }
 
+  // Random closures of one chain share the chain: its corners are cut once, and every closure
+  // whose closing path meets none of the corners cut off starts from the cut chain (the same
+  // knot; see OpenChainCut).
+  const bool random = closureMethod >= 2 && closureMethod <= 4;
+  std::unique_ptr<OpenChainCut> shared;
+  if (random && closures > 1)
+    shared = std::make_unique<OpenChainCut>(chain);
   std::vector<ChainAtom> working;
   for (int pass = 0; pass < closures;) {
     working = chain;
     Close(working, closureMethod);
+    if (shared)
+      shared->Apply(working);
     ChainReduce(working, true);
     int ordinal = kProblemWithProjecting;
     for (int d = 0; d < kDirectionsPerClosure && ordinal == kProblemWithProjecting; ++d) {
@@ -70,7 +81,6 @@ int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, in
     // Every direction failed numerically. A random closure is drawn again and casts no vote; a
     // deterministic one (methods 0 and 1, and the unclosed chain of unknown methods) would give
     // the same closed chain for ever, so it is counted as "Problem with projecting" instead.
-    const bool random = closureMethod >= 2 && closureMethod <= 4;
     if (ordinal == kProblemWithProjecting && random)
       continue;
     ++counts[ordinal];

@@ -13,7 +13,8 @@
 #include <numeric>
 #include <vector>
 
-#include "preprocessing/directions.hpp"      // for ProjectionFrames
+#include "preprocessing/directions.hpp" // for ProjectionFrames
+#include "preprocessing/open_cut.hpp"
 #include "preprocessing/overpass.hpp"        // for ShortcutBestPass
 #include "preprocessing/projection_rank.hpp" // for CountCrossings, RankPlanesTop
 #include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleSeparation
@@ -82,6 +83,11 @@ struct Reducer {
   std::vector<std::vector<int>> blockedBy; // corners blocked by the segment starting at s
   std::deque<int> queue;
   int count = 0;
+  // An open chain: its segment from the last vertex back to the first does not exist (-1 for
+  // a closed chain, else the last vertex), and both ends stay. Each corner cut off is then
+  // recorded in `cutOff` (its vertices a, v, b at the time).
+  int openEnd = -1;
+  std::vector<std::array<int, 3>> cutOff;
   double tol = 0.0;
   double scale = 0.0; // the largest coordinate magnitude
 
@@ -128,6 +134,8 @@ struct Reducer {
     wide.clear();
     useGrid = false;
     gridBuiltAt = 0;
+    openEnd = -1;
+    cutOff.clear();
   }
 
   void ClearCells() {
@@ -137,7 +145,7 @@ struct Reducer {
   }
 
   void Enqueue(int v) {
-    if (alive[v] && !queued[v]) {
+    if (alive[v] && !queued[v] && (openEnd < 0 || (v != 0 && v != openEnd))) {
       queued[v] = 1;
       queue.push_back(v);
     }
@@ -153,6 +161,8 @@ struct Reducer {
   }
 
   void Insert(int s) {
+    if (s == openEnd)
+      return;
     SegmentRef ref{s, version[s]};
     int lo[3], hi[3];
     CellRange(BoxOf(pts[s], pts[next[s]]), lo, hi);
@@ -254,14 +264,14 @@ struct Reducer {
       if (v < 0)
         continue;
       for (int s : {prev[v], v})
-        if (s != t.skip1 && s != t.skip2 && Blocks(s, t))
+        if (s != t.skip1 && s != t.skip2 && s != openEnd && Blocks(s, t))
           return s;
     }
     Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
     // Segments clearly apart from the triangle along one of its edge lines cannot block it.
     const TriangleSeparation apart(t.p[0], t.p[1], t.p[2], tol, scale);
     auto test = [&](int s) {
-      if (s == t.skip1 || s == t.skip2)
+      if (s == t.skip1 || s == t.skip2 || s == openEnd)
         return false;
       return Overlap(box, BoxOf(pts[s], pts[next[s]])) && !apart.Separated(pts[s], pts[next[s]]) &&
              Blocks(s, t);
@@ -327,6 +337,8 @@ struct Reducer {
 
   void Erase(int v) {
     int a = prev[v], b = next[v];
+    if (openEnd >= 0)
+      cutOff.push_back({a, v, b});
     next[a] = b;
     prev[b] = a;
     alive[v] = 0;
@@ -521,3 +533,97 @@ int ChainReduce(std::vector<ChainAtom>& chain, bool flag) {
   }
   return static_cast<int>(chain.size());
 }
+
+namespace tresk {
+
+OpenChainCut::OpenChainCut(const std::vector<ChainAtom>& chain) : size_(chain.size()) {
+  // Repeated points would be dropped by the closed chain's cutting first; such chains, and
+  // very short ones, are left to it.
+  if (chain.size() < 6)
+    return;
+  auto same = [](const ChainAtom& a, const ChainAtom& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+  };
+  for (size_t i = 0; i + 1 < chain.size(); ++i)
+    if (same(chain[i], chain[i + 1]))
+      return;
+  if (same(chain.front(), chain.back()))
+    return;
+  Reducer r;
+  r.Reset(chain);
+  r.openEnd = static_cast<int>(chain.size()) - 1;
+  r.Run();
+  for (const std::array<int, 3>& c : r.cutOff) {
+    Swept t;
+    t.vertex = c;
+    t.p = {r.pts[c[0]], r.pts[c[1]], r.pts[c[2]]};
+    Box box = BoxOf(t.p[0], t.p[1], t.p[2], 0.0);
+    t.lo = box.lo;
+    t.hi = box.hi;
+    swept_.push_back(t);
+  }
+  scale_ = r.scale;
+  usable_ = true;
+}
+
+bool OpenChainCut::Apply(std::vector<ChainAtom>& closed) const {
+  if (!usable_ || closed.size() <= size_)
+    return false;
+  double scale = scale_;
+  for (size_t i = size_; i < closed.size(); ++i)
+    scale =
+        std::max({scale, std::fabs(closed[i].x), std::fabs(closed[i].y), std::fabs(closed[i].z)});
+  const double tol = kRelativeTolerance * std::max(scale, 1e-300);
+  // The closing path from the last atom through the appended points to the first atom; `atom`
+  // is the chain position of a path point that is a chain atom, else -1.
+  const int last = static_cast<int>(size_) - 1;
+  auto point = [&](size_t k) {
+    size_t i = k == 0 ? size_ - 1 : size_ + k - 1;
+    return PositionOf(i < closed.size() ? closed[i] : closed[0]);
+  };
+  const size_t points = closed.size() - size_ + 2;
+  auto atom = [&](size_t k) { return k == 0 ? last : k + 1 == points ? 0 : -1; };
+  // The first triangle met by any segment of the path: the cuts before it stay valid.
+  size_t valid = swept_.size();
+  for (size_t k = 0; k + 1 < points; ++k) {
+    const Vec3 p = point(k), q = point(k + 1);
+    const Box segment = BoxOf(p, q);
+    for (size_t c = 0; c < valid; ++c) {
+      const Swept& t = swept_[c];
+      if (!Overlap(segment, {{t.lo.x - tol, t.lo.y - tol, t.lo.z - tol},
+                             {t.hi.x + tol, t.hi.y + tol, t.hi.z + tol}}))
+        continue;
+      // A segment from one of the chain's ends shares that vertex with a triangle holding it.
+      int shared = -1, other = -1;
+      for (int m = 0; m < 3; ++m)
+        for (size_t e : {k, k + 1})
+          if (atom(e) >= 0 && t.vertex[m] == atom(e))
+            shared = m, other = e == k ? 1 : 0;
+      bool meets;
+      if (shared >= 0) {
+        const Vec3 away = other == 1 ? q : p;
+        meets = SharedVertexSegmentEnters(t.p[shared], away, t.p[(shared + 1) % 3],
+                                          t.p[(shared + 2) % 3], kAngleTolerance);
+      } else {
+        meets = SegmentNearTriangle(p, q, t.p[0], t.p[1], t.p[2], tol);
+      }
+      if (meets)
+        valid = c;
+    }
+  }
+  if (valid == 0)
+    return false;
+  std::vector<char> erased(size_, 0);
+  for (size_t c = 0; c < valid; ++c)
+    erased[swept_[c].vertex[1]] = 1;
+  std::vector<ChainAtom> out;
+  out.reserve(size_ - valid + closed.size() - size_);
+  for (size_t i = 0; i < size_; ++i)
+    if (!erased[i])
+      out.push_back(closed[i]);
+  out.insert(out.end(), closed.begin() + static_cast<long>(size_), closed.end());
+  closed.swap(out);
+  return true;
+}
+
+} // namespace tresk

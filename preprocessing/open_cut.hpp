@@ -1,0 +1,43 @@
+// Corner cutting of an open chain done once for all of its closures: the corners cut off are
+// kept in order, and a closure starts from the chain as it was before the first of them that
+// its closing path meets.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <vector>
+
+#include "core/records.hpp"       // for ChainAtom
+#include "preprocessing/vec3.hpp" // for Vec3
+
+namespace tresk {
+
+// The open chain's empty corners cut off with both ends kept (the segment that would join the
+// last atom to the first does not exist). Every corner cut off swept a triangle that no segment
+// of the chain met at that moment. In a closed chain made of the open one followed by a closing
+// path that meets none of the first k of those triangles, the first k cuts are moves that keep
+// the knot type, so the chain after them followed by the same closing path is the same knot.
+class OpenChainCut {
+public:
+  explicit OpenChainCut(const std::vector<ChainAtom>& chain);
+  // `closed` is the open chain followed by a closing path (points appended after its last
+  // atom). Its atoms cut off before the first triangle met by a segment of that path (counting
+  // the two that join it to the chain's ends; the corner-cutting contact tests at the closed
+  // chain's tolerance) are removed; false when there are none.
+  bool Apply(std::vector<ChainAtom>& closed) const;
+  // Corners the open chain's cutting removed.
+  size_t Cuts() const { return swept_.size(); }
+
+private:
+  struct Swept {
+    std::array<int, 3> vertex; // chain positions a, v, b
+    std::array<Vec3, 3> p;
+    Vec3 lo, hi; // the triangle's box
+  };
+  size_t size_ = 0;
+  bool usable_ = false;
+  double scale_ = 0.0; // the largest coordinate magnitude of the open chain
+  std::vector<Swept> swept_;
+};
+
+} // namespace tresk
