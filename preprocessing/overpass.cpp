@@ -243,4 +243,71 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
   return true;
 }
 
+bool MinimalDiagram(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
+                    int crossings) {
+  const int m = static_cast<int>(chain.size());
+  if (m < 4 || crossings < 1)
+    return false;
+  std::vector<P2> p(m);
+  std::vector<double> h(m);
+  double scale = 0.0;
+  for (int i = 0; i < m; ++i) {
+    Vec3 a = PositionOf(chain[i]);
+    p[i] = {Dot(a, frame.u), Dot(a, frame.v)};
+    h[i] = Dot(a, frame.dir);
+    scale = std::max({scale, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
+  }
+  const double hair = kRelativeHair * std::max(scale, 1e-300);
+  // A crossing as passed along the chain: edge, parameter on it, crossing number, over or not.
+  struct Pass {
+    int edge;
+    double t;
+    int crossing;
+    bool over;
+  };
+  std::vector<Pass> passes;
+  for (int i = 0; i + 2 < m; ++i) {
+    for (int j = i + 2; j < (i == 0 ? m - 1 : m); ++j) {
+      double ta, tb;
+      int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], hair, ta, tb);
+      if (r < 0)
+        return false;
+      if (r == 0)
+        continue;
+      double hi = h[i] + ta * (h[(i + 1) % m] - h[i]);
+      double hj = h[j] + tb * (h[(j + 1) % m] - h[j]);
+      if (std::fabs(hi - hj) <= hair)
+        return false;
+      const int id = static_cast<int>(passes.size()) / 2;
+      if (id >= crossings)
+        return false; // more crossings than claimed
+      passes.push_back({i, ta, id, hi > hj});
+      passes.push_back({j, tb, id, hj > hi});
+    }
+  }
+  const int k = static_cast<int>(passes.size());
+  if (k != 2 * crossings)
+    return false;
+  std::sort(passes.begin(), passes.end(), [](const Pass& a, const Pass& b) {
+    return a.edge != b.edge ? a.edge < b.edge : a.t < b.t;
+  });
+  for (int q = 0; q < k; ++q) {
+    const Pass &a = passes[q], &b = passes[(q + 1) % k];
+    if (a.over == b.over || (a.edge == b.edge && a.t == b.t))
+      return false; // not alternating, or two crossings at one point of an edge
+  }
+  std::vector<int> first(crossings, -1), second(crossings, -1);
+  for (int q = 0; q < k; ++q)
+    (first[passes[q].crossing] < 0 ? first : second)[passes[q].crossing] = q;
+  for (int c = 0; c < crossings; ++c) {
+    // Crossings met an odd number of times between the two passes of c.
+    std::vector<int> seen(crossings, 0);
+    for (int q = first[c] + 1; q < second[c]; ++q)
+      seen[passes[q].crossing] ^= 1;
+    if (std::find(seen.begin(), seen.end(), 1) == seen.end())
+      return false; // nugatory
+  }
+  return true;
+}
+
 } // namespace tresk

@@ -479,6 +479,11 @@ void ShortcutPasses(std::vector<ChainAtom>& chain) {
     int m = static_cast<int>(chain.size());
     int planes = m <= kAllPlanesSize ? 30 : 4;
     std::array<int, 30> rank = RankPlanesTop(chain, planes);
+    bool minimal = false;
+    // A best diagram that is reduced and alternating has the knot's least crossing number:
+    // no shortcut can win a round any more.
+    if (tresk::MinimalDiagram(chain, ProjectionFrames()[rank[0]], current))
+      return;
     best.clear();
     int bestCrossings = current;
     for (int k = 0; k < planes; ++k) {
@@ -500,18 +505,29 @@ void ShortcutPasses(std::vector<ChainAtom>& chain) {
       int cutCrossings = memo.Fewest(cut, bestCrossings, order);
       int bar = std::min(cutCrossings, bestCrossings);
       int crossings = cut.size() == trial.size() ? bar : memo.Fewest(trial, bar, order);
+      bool improved = true;
       if (crossings < bar) {
         bestCrossings = crossings;
         best.swap(trial);
       } else if (cutCrossings < bestCrossings) {
         bestCrossings = cutCrossings;
         best.swap(cut);
+      } else {
+        improved = false;
+      }
+      // The new best's diagram in the plane of its shortcuts, when reduced and alternating,
+      // cannot be beaten by the planes left nor by another round.
+      if (improved && tresk::MinimalDiagram(best, ProjectionFrames()[rank[k]], bestCrossings)) {
+        minimal = true;
+        break;
       }
     }
     if (best.empty())
       return;
     chain.swap(best);
     current = bestCrossings;
+    if (minimal)
+      return;
   }
 }
 
