@@ -1,6 +1,5 @@
 // Corner cutting of an open chain done once for all of its closures: the corners cut off are
-// kept in order, and a closure starts from the chain as it was before the first of them that
-// its closing path meets.
+// kept in order and replayed on each closed chain, each one only where it is still empty there.
 #pragma once
 
 #include <array>
@@ -21,9 +20,10 @@ class OpenChainCut {
 public:
   explicit OpenChainCut(const std::vector<ChainAtom>& chain);
   // `closed` is the open chain followed by a closing path (points appended after its last
-  // atom). Its atoms cut off before the first triangle met by a segment of that path (counting
-  // the two that join it to the chain's ends; the corner-cutting contact tests at the closed
-  // chain's tolerance) are removed; false when there are none.
+  // atom). The cuts are replayed in order; one is made when its corner has the same neighbours
+  // and its triangle meets neither the closing path (counting the two segments that join it to
+  // the chain's ends) nor a segment at an atom whose cut was passed over (the corner-cutting
+  // contact tests, at the closed chain's tolerance). False when no cut could be made.
   bool Apply(std::vector<ChainAtom>& closed) const;
   // Corners the open chain's cutting removed.
   size_t Cuts() const { return swept_.size(); }
@@ -34,6 +34,7 @@ private:
     std::array<Vec3, 3> p;
     Vec3 lo, hi; // the triangle's box
   };
+  static bool Meets(const Swept& t, Vec3 p, Vec3 q, int atP, int atQ, double tol);
   size_t size_ = 0;
   bool usable_ = false;
   double scale_ = 0.0; // the largest coordinate magnitude of the open chain

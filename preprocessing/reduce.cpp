@@ -375,6 +375,48 @@ struct Reducer {
     }
   }
 
+  // The open chain's cutting in phases: a corner with an edge longer than `span` waits for a
+  // later phase with twice the span, so that small corners go first and the corners a closing
+  // path may meet (the larger ones) come late.
+  void RunOpen() {
+    double span = 0.0;
+    for (size_t i = 0; i + 1 < pts.size(); ++i)
+      span = std::max(span, 2.0 * Norm(pts[i + 1] - pts[i]));
+    for (int v = 0; v < static_cast<int>(pts.size()); ++v)
+      Enqueue(v);
+    BuildGrid();
+    std::vector<int> waiting;
+    while (count > 3) {
+      if (queue.empty()) {
+        if (waiting.empty())
+          break;
+        span *= 2.0;
+        for (int w : waiting)
+          Enqueue(w);
+        waiting.clear();
+        continue;
+      }
+      int v = queue.front();
+      queue.pop_front();
+      queued[v] = 0;
+      if (!alive[v])
+        continue;
+      const Vec3 a = pts[prev[v]], p = pts[v], b = pts[next[v]];
+      if (std::max({Dot(p - a, p - a), Dot(b - p, b - p), Dot(b - a, b - a)}) > span * span) {
+        waiting.push_back(v);
+        continue;
+      }
+      int blocker = CornerBlocker(v);
+      if (blocker < 0) {
+        Erase(v);
+        if (useGrid && 4 * count < gridBuiltAt)
+          BuildGrid();
+      } else {
+        blockedBy[blocker].push_back(v);
+      }
+    }
+  }
+
   // Keeps the surviving atoms of `chain` in place.
   void Result(std::vector<ChainAtom>& chain) const {
     size_t kept = 0;
@@ -568,7 +610,7 @@ OpenChainCut::OpenChainCut(const std::vector<ChainAtom>& chain) : size_(chain.si
   Reducer r;
   r.Reset(chain);
   r.openEnd = static_cast<int>(chain.size()) - 1;
-  r.Run();
+  r.RunOpen();
   for (const std::array<int, 3>& c : r.cutOff) {
     Swept t;
     t.vertex = c;
@@ -582,6 +624,30 @@ OpenChainCut::OpenChainCut(const std::vector<ChainAtom>& chain) : size_(chain.si
   usable_ = true;
 }
 
+// Whether the segment p-q meets the triangle cut off, with the corner cutting's rules: a segment
+// sharing a vertex with it is judged by angle, one spanning two of its vertices always meets it.
+// `atP` and `atQ` are the chain positions of the ends (-1 for a point of the closing path).
+bool OpenChainCut::Meets(const Swept& t, Vec3 p, Vec3 q, int atP, int atQ, double tol) {
+  if (!Overlap(BoxOf(p, q), {{t.lo.x - tol, t.lo.y - tol, t.lo.z - tol},
+                             {t.hi.x + tol, t.hi.y + tol, t.hi.z + tol}}))
+    return false;
+  int sharedP = -1, sharedQ = -1;
+  for (int m = 0; m < 3; ++m) {
+    if (atP >= 0 && t.vertex[m] == atP)
+      sharedP = m;
+    if (atQ >= 0 && t.vertex[m] == atQ)
+      sharedQ = m;
+  }
+  if (sharedP >= 0 && sharedQ >= 0)
+    return true;
+  if (sharedP >= 0 || sharedQ >= 0) {
+    const int m = sharedP >= 0 ? sharedP : sharedQ;
+    return SharedVertexSegmentEnters(t.p[m], sharedP >= 0 ? q : p, t.p[(m + 1) % 3],
+                                     t.p[(m + 2) % 3], kAngleTolerance);
+  }
+  return SegmentNearTriangle(p, q, t.p[0], t.p[1], t.p[2], tol);
+}
+
 bool OpenChainCut::Apply(std::vector<ChainAtom>& closed) const {
   if (!usable_ || closed.size() <= size_)
     return false;
@@ -590,51 +656,55 @@ bool OpenChainCut::Apply(std::vector<ChainAtom>& closed) const {
     scale =
         std::max({scale, std::fabs(closed[i].x), std::fabs(closed[i].y), std::fabs(closed[i].z)});
   const double tol = kRelativeTolerance * std::max(scale, 1e-300);
-  // The closing path from the last atom through the appended points to the first atom; `atom`
-  // is the chain position of a path point that is a chain atom, else -1.
-  const int last = static_cast<int>(size_) - 1;
-  auto point = [&](size_t k) {
-    size_t i = k == 0 ? size_ - 1 : size_ + k - 1;
-    return PositionOf(i < closed.size() ? closed[i] : closed[0]);
-  };
-  const size_t points = closed.size() - size_ + 2;
-  auto atom = [&](size_t k) { return k == 0 ? last : k + 1 == points ? 0 : -1; };
-  // The first triangle met by any segment of the path: the cuts before it stay valid.
-  size_t valid = swept_.size();
-  for (size_t k = 0; k + 1 < points; ++k) {
-    const Vec3 p = point(k), q = point(k + 1);
-    const Box segment = BoxOf(p, q);
-    for (size_t c = 0; c < valid; ++c) {
-      const Swept& t = swept_[c];
-      if (!Overlap(segment, {{t.lo.x - tol, t.lo.y - tol, t.lo.z - tol},
-                             {t.hi.x + tol, t.hi.y + tol, t.hi.z + tol}}))
-        continue;
-      // A segment from one of the chain's ends shares that vertex with a triangle holding it.
-      int shared = -1, other = -1;
-      for (int m = 0; m < 3; ++m)
-        for (size_t e : {k, k + 1})
-          if (atom(e) >= 0 && t.vertex[m] == atom(e))
-            shared = m, other = e == k ? 1 : 0;
-      bool meets;
-      if (shared >= 0) {
-        const Vec3 away = other == 1 ? q : p;
-        meets = SharedVertexSegmentEnters(t.p[shared], away, t.p[(shared + 1) % 3],
-                                          t.p[(shared + 2) % 3], kAngleTolerance);
-      } else {
-        meets = SegmentNearTriangle(p, q, t.p[0], t.p[1], t.p[2], tol);
-      }
-      if (meets)
-        valid = c;
-    }
+  const int n = static_cast<int>(size_);
+  // The closing path from the last atom through the appended points to the first atom, with
+  // the chain position of each point that is an atom (-1 for the others).
+  std::vector<Vec3> path;
+  std::vector<int> at;
+  path.push_back(PositionOf(closed[n - 1]));
+  at.push_back(n - 1);
+  for (size_t i = size_; i < closed.size(); ++i) {
+    path.push_back(PositionOf(closed[i]));
+    at.push_back(-1);
   }
-  if (valid == 0)
+  path.push_back(PositionOf(closed[0]));
+  at.push_back(0);
+  // The cuts are replayed in order. A cut is made when its corner is still the same (the same
+  // neighbours) and its triangle meets neither the closing path nor a segment at a vertex whose
+  // cut was passed over: every other segment is one the open chain had when the cut was made,
+  // and the triangle met none of those.
+  std::vector<int> prev(n), next(n);
+  for (int i = 0; i < n; ++i) {
+    prev[i] = i - 1;
+    next[i] = i + 1;
+  }
+  std::vector<int> passed;
+  int made = 0;
+  std::vector<char> erased(n, 0);
+  for (const Swept& t : swept_) {
+    const int a = t.vertex[0], v = t.vertex[1], b = t.vertex[2];
+    bool free = prev[v] == a && next[v] == b;
+    for (size_t k = 0; free && k + 1 < path.size(); ++k)
+      free = !Meets(t, path[k], path[k + 1], at[k], at[k + 1], tol);
+    for (size_t w = 0; free && w < passed.size(); ++w) {
+      const int x = passed[w];
+      free = !Meets(t, PositionOf(closed[prev[x]]), PositionOf(closed[x]), prev[x], x, tol) &&
+             !Meets(t, PositionOf(closed[x]), PositionOf(closed[next[x]]), x, next[x], tol);
+    }
+    if (!free) {
+      passed.push_back(v);
+      continue;
+    }
+    next[a] = b;
+    prev[b] = a;
+    erased[v] = 1;
+    ++made;
+  }
+  if (made == 0)
     return false;
-  std::vector<char> erased(size_, 0);
-  for (size_t c = 0; c < valid; ++c)
-    erased[swept_[c].vertex[1]] = 1;
   std::vector<ChainAtom> out;
-  out.reserve(size_ - valid + closed.size() - size_);
-  for (size_t i = 0; i < size_; ++i)
+  out.reserve(closed.size() - made);
+  for (int i = 0; i < n; ++i)
     if (!erased[i])
       out.push_back(closed[i]);
   out.insert(out.end(), closed.begin() + static_cast<long>(size_), closed.end());
