@@ -60,9 +60,9 @@ int tresk::VoteOverClosures(const std::vector<ChainAtom>& chain, int* counts, in
     return 0;
   }
 
-  // Random closures of one chain share the chain: its corners are cut once, and every closure
-  // whose closing path meets none of the corners cut off starts from the cut chain (the same
-  // knot; see OpenChainCut).
+  // Random closures of one chain share the chain: its corners are cut once, and each closure
+  // replays those cuts wherever its closing path leaves them valid (the same knot; see
+  // OpenChainCut) before its own reduction.
   const bool random = closureMethod >= 2 && closureMethod <= 4;
   std::unique_ptr<OpenChainCut> shared;
   if (random && closures > 1)
