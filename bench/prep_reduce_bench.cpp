@@ -1,12 +1,17 @@
 // ChainReduce on closed chains of 1,000 and 5,000 atoms: a random coil closed outwards (usually
-// knotted, many blocked corners) and a finely sampled trefoil (few vertices survive).
+// knotted, many blocked corners) and a finely sampled trefoil (few vertices survive); and on
+// eight protein traces closed outwards, against the plain restart-after-every-erasure cutting.
+#include <algorithm>
 #include <cmath>
 #include <random>
+#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "preprocessing/chainprep.hpp"
+#include "preprocessing/triangle_tests.hpp" // for SegmentNearTriangle, SharedVertexSegmentEnters
+#include "preprocessing/vec3.hpp"           // for Vec3
 
 namespace {
 
@@ -49,8 +54,99 @@ void BM_ReduceTrefoil(benchmark::State& state) {
   }
 }
 
+// The plain corner cutting in double precision, with ChainReduce's contact tests: corners in
+// chain order, each against every other segment, and a restart from the first corner after
+// every erasure. Returns the number of vertices left.
+int PlainCutCorners(std::vector<ChainAtom>& chain) {
+  using tresk::Vec3;
+  auto same = [](const ChainAtom& a, const ChainAtom& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+  };
+  chain.erase(std::unique(chain.begin(), chain.end(), same), chain.end());
+  while (chain.size() > 1 && same(chain.front(), chain.back()))
+    chain.pop_back();
+  std::vector<Vec3> p;
+  double scale = 0.0;
+  for (const ChainAtom& a : chain) {
+    p.push_back(tresk::PositionOf(a));
+    scale = std::max({scale, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
+  }
+  const double tol = 1e-9 * std::max(scale, 1e-300), angleTol = 1e-9;
+  for (bool erased = true; erased && p.size() > 3;) {
+    erased = false;
+    const int n = static_cast<int>(p.size());
+    for (int v = 0; v < n && !erased; ++v) {
+      const int corner[3] = {(v + n - 1) % n, v, (v + 1) % n};
+      bool blocked = false;
+      for (int s = 0; s < n && !blocked; ++s) {
+        const int e = (s + 1) % n;
+        if (s == corner[0] || s == corner[1])
+          continue; // the corner's own edges
+        int k = 0;
+        while (k < 3 && corner[k] != s && corner[k] != e)
+          ++k;
+        if (k == 3) {
+          blocked =
+              tresk::SegmentNearTriangle(p[s], p[e], p[corner[0]], p[corner[1]], p[corner[2]], tol);
+          continue;
+        }
+        const int other = corner[k] == s ? e : s;
+        blocked = other == corner[(k + 1) % 3] || other == corner[(k + 2) % 3] ||
+                  tresk::SharedVertexSegmentEnters(p[corner[k]], p[other], p[corner[(k + 1) % 3]],
+                                                   p[corner[(k + 2) % 3]], angleTol);
+      }
+      if (!blocked) {
+        p.erase(p.begin() + v);
+        chain.erase(chain.begin() + v);
+        erased = true;
+      }
+    }
+  }
+  return static_cast<int>(chain.size());
+}
+
+// Eight C-alpha traces of the corpus, each closed outwards (closure method 1).
+std::vector<std::vector<ChainAtom>> ClosedProteins() {
+  const char* names[] = {"1ns5_A", "1o6d_A", "1uaj_A", "1v2x_A",
+                         "1vh0_A", "2qmm_A", "3kzn_A", "4h31_A"};
+  std::vector<std::vector<ChainAtom>> chains;
+  for (const char* name : names) {
+    std::string path = std::string(TRESK_DATA_DIR) + "/proteins/ca_xyz/" + name + ".xyz";
+    bool error = true;
+    std::vector<ChainAtom> chain = ChainRead(path.data(), error);
+    if (error || chain.empty())
+      return {};
+    CloseChain_OUT(chain, 1.25);
+    chains.push_back(chain);
+  }
+  return chains;
+}
+
+// Corner cutting of the eight closed traces: ChainReduce (range 0: flag false, 1: true) or the
+// plain restart loop (range 2). The counter is the number of vertices left in all eight.
+void BM_ReduceProteins(benchmark::State& state) {
+  const std::vector<std::vector<ChainAtom>> chains = ClosedProteins();
+  if (chains.empty()) {
+    state.SkipWithError(("protein traces missing under " + std::string(TRESK_DATA_DIR)).c_str());
+    return;
+  }
+  const int variant = static_cast<int>(state.range(0));
+  long left = 0;
+  for (auto _ : state) {
+    left = 0;
+    for (const std::vector<ChainAtom>& chain : chains) {
+      std::vector<ChainAtom> copy = chain;
+      left += variant == 2 ? PlainCutCorners(copy) : ChainReduce(copy, variant == 1);
+    }
+    benchmark::DoNotOptimize(left);
+  }
+  state.counters["left"] = static_cast<double>(left);
+  state.SetLabel(variant == 2 ? "plain restart loop" : variant == 1 ? "flag true" : "flag false");
+}
+
 } // namespace
 
+BENCHMARK(BM_ReduceProteins)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReduceCoil<true>)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReduceCoil<false>)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReduceTrefoil)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond);

@@ -3,11 +3,13 @@
 #include "chain/manyClosures.hpp"
 
 #include <algorithm>
+#include <memory>
 
 #include "chain/naming.hpp"            // for tresk::KnotInDirection
 #include "knots/extendedTable.hpp"     // for the extended table's ordinals and verdict
 #include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj
 #include "preprocessing/chainprep.hpp" // for the closures and ChainReduce
+#include "preprocessing/open_cut.hpp"  // for tresk::OpenChainCut
 
 namespace {
 
@@ -89,11 +91,20 @@ void Vote(const std::vector<ChainAtom>& chain, int* counts, int closureMethod, i
   if (robust && tresk::ScaledUpIfTiny(chain, scaled))
     source = &scaled;
 
+  // Random closures of one chain share the chain: its corners are cut once, and each closure
+  // replays those cuts wherever its closing path leaves them valid (the same knot; see
+  // OpenChainCut) before its own reduction.
+  const bool random = closureMethod >= 2 && closureMethod <= 4;
+  std::unique_ptr<tresk::OpenChainCut> shared;
+  if (random && closures > 1)
+    shared = std::make_unique<tresk::OpenChainCut>(*source);
   std::vector<ChainAtom> working;
   int failedDraws = 0;
   for (int pass = 0; pass < closures;) {
     working = *source;
     Close(working, closureMethod);
+    if (shared)
+      shared->Apply(working);
     ChainReduce(working, true);
     int ordinal = problem;
     if (robust && AtMostThreePoints(working))
@@ -105,7 +116,6 @@ void Vote(const std::vector<ChainAtom>& chain, int* counts, int closureMethod, i
     // deterministic one (methods 0 and 1, and the unclosed chain of unknown methods) would give
     // the same closed chain for ever, so it is counted as "Problem with projecting" instead, as
     // is every failed random closure of a robust vote after the tenth.
-    const bool random = closureMethod >= 2 && closureMethod <= 4;
     if (ordinal == problem && random && !(robust && ++failedDraws >= kMaxFailedDraws))
       continue;
     ++counts[ordinal];

@@ -167,8 +167,8 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
         clean = clean && ev.state == events[start].state;
         ++inside;
       }
-    if (!clean || inside == 0)
-      continue;
+    if (!clean || inside == 0 || inside <= best.gain)
+      continue; // (a stretch removing no more crossings than the best cannot beat it)
     // The stretch is lifted along its vertical curtain; an outside edge folding back along the
     // stretch's end edge in the diagram would lie in that curtain.
     if (FoldsBack(P(from - 1), P(from), P(from + 1)) || FoldsBack(P(to - 1), P(to), P(to + 1)))
@@ -178,36 +178,42 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
     double chord = std::hypot(b.x - a.x, b.y - a.y);
     if (chord <= hair)
       continue;
+    // Crossings of the chord with the edges that stay; the count stops once the stretch could
+    // no longer beat the best gain so far.
+    const int most = inside - best.gain - 1;
     int crossings = 0;
-    double nearFrom = INFINITY, nearTo = INFINITY;
     bool sure = true;
-    for (int e = to; e != from && sure; e = e + 1 < m ? e + 1 : 0) { // the edges outside
+    for (int e = to; e != from && sure && crossings <= most; e = e + 1 < m ? e + 1 : 0) {
       const int f = e + 1 < m ? e + 1 : 0;
-      const P2 pe = p[e], pf = p[f];
-      bool atTo = e == to, atFrom = f == from;
-      if (!atTo)
-        nearTo = std::min(nearTo, PointSegmentDistance(b, pe, pf));
-      if (!atFrom)
-        nearFrom = std::min(nearFrom, PointSegmentDistance(a, pe, pf));
-      if (atTo || atFrom)
+      if (e == to || f == from)
         continue;
       double ta, tb;
-      int r = Meet(a, b, pe, pf, hair, ta, tb);
+      int r = Meet(a, b, p[e], p[f], hair, ta, tb);
       if (r < 0)
         sure = false;
       crossings += r > 0;
     }
-    if (!sure || nearFrom <= 1e3 * hair || nearTo <= 1e3 * hair)
+    if (!sure || crossings > most)
+      continue;
+    // Only a stretch that would become the best needs the chord ends' clearance from the
+    // edges that stay.
+    double nearFrom = INFINITY, nearTo = INFINITY;
+    for (int e = to; e != from; e = e + 1 < m ? e + 1 : 0) {
+      const int f = e + 1 < m ? e + 1 : 0;
+      if (e != to)
+        nearTo = std::min(nearTo, PointSegmentDistance(b, p[e], p[f]));
+      if (f != from)
+        nearFrom = std::min(nearFrom, PointSegmentDistance(a, p[e], p[f]));
+    }
+    if (nearFrom <= 1e3 * hair || nearTo <= 1e3 * hair)
       continue;
     int gain = inside - crossings;
-    if (gain > best.gain) {
-      best.gain = gain;
-      best.from = from;
-      best.to = to;
-      best.state = events[start].state;
-      best.epsFrom = std::min(0.25, 0.5 * nearFrom / chord);
-      best.epsTo = std::min(0.25, 0.5 * nearTo / chord);
-    }
+    best.gain = gain;
+    best.from = from;
+    best.to = to;
+    best.state = events[start].state;
+    best.epsFrom = std::min(0.25, 0.5 * nearFrom / chord);
+    best.epsTo = std::min(0.25, 0.5 * nearTo / chord);
   }
   if (best.gain <= 0)
     return false;
@@ -234,6 +240,73 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
     }
   }
   chain.swap(out);
+  return true;
+}
+
+bool MinimalDiagram(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
+                    int crossings) {
+  const int m = static_cast<int>(chain.size());
+  if (m < 4 || crossings < 1)
+    return false;
+  std::vector<P2> p(m);
+  std::vector<double> h(m);
+  double scale = 0.0;
+  for (int i = 0; i < m; ++i) {
+    Vec3 a = PositionOf(chain[i]);
+    p[i] = {Dot(a, frame.u), Dot(a, frame.v)};
+    h[i] = Dot(a, frame.dir);
+    scale = std::max({scale, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
+  }
+  const double hair = kRelativeHair * std::max(scale, 1e-300);
+  // A crossing as passed along the chain: edge, parameter on it, crossing number, over or not.
+  struct Pass {
+    int edge;
+    double t;
+    int crossing;
+    bool over;
+  };
+  std::vector<Pass> passes;
+  for (int i = 0; i + 2 < m; ++i) {
+    for (int j = i + 2; j < (i == 0 ? m - 1 : m); ++j) {
+      double ta, tb;
+      int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], hair, ta, tb);
+      if (r < 0)
+        return false;
+      if (r == 0)
+        continue;
+      double hi = h[i] + ta * (h[(i + 1) % m] - h[i]);
+      double hj = h[j] + tb * (h[(j + 1) % m] - h[j]);
+      if (std::fabs(hi - hj) <= hair)
+        return false;
+      const int id = static_cast<int>(passes.size()) / 2;
+      if (id >= crossings)
+        return false; // more crossings than claimed
+      passes.push_back({i, ta, id, hi > hj});
+      passes.push_back({j, tb, id, hj > hi});
+    }
+  }
+  const int k = static_cast<int>(passes.size());
+  if (k != 2 * crossings)
+    return false;
+  std::sort(passes.begin(), passes.end(), [](const Pass& a, const Pass& b) {
+    return a.edge != b.edge ? a.edge < b.edge : a.t < b.t;
+  });
+  for (int q = 0; q < k; ++q) {
+    const Pass &a = passes[q], &b = passes[(q + 1) % k];
+    if (a.over == b.over || (a.edge == b.edge && a.t == b.t))
+      return false; // not alternating, or two crossings at one point of an edge
+  }
+  std::vector<int> first(crossings, -1), second(crossings, -1);
+  for (int q = 0; q < k; ++q)
+    (first[passes[q].crossing] < 0 ? first : second)[passes[q].crossing] = q;
+  for (int c = 0; c < crossings; ++c) {
+    // Crossings met an odd number of times between the two passes of c.
+    std::vector<int> seen(crossings, 0);
+    for (int q = first[c] + 1; q < second[c]; ++q)
+      seen[passes[q].crossing] ^= 1;
+    if (std::find(seen.begin(), seen.end(), 1) == seen.end())
+      return false; // nugatory
+  }
   return true;
 }
 

@@ -16,4 +16,13 @@ namespace tresk {
 // degenerate to be trusted. New vertices get id 0.
 bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& frame);
 
+// True when the closed chain's diagram in `frame` has exactly `crossings` crossings, every one
+// clear of degeneracy, and is reduced (no crossing that a circle could cut off alone: in the
+// order along the chain, every crossing has another one met exactly once between its two
+// passes) and alternating (over and under take turns along the chain). Such a diagram has as
+// few crossings as any diagram of its knot can have, so no change that keeps the knot can
+// bring any diagram lower.
+bool MinimalDiagram(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
+                    int crossings);
+
 } // namespace tresk

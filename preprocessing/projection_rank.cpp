@@ -36,15 +36,27 @@ int CountDiagramCrossings(const std::vector<ChainAtom>& chain, const ProjectionF
 
 int CountDiagramCrossingsUpTo(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
                               int limit, bool& nearDegenerate) {
+  return CountCrossings(chain, frame, limit, false, nearDegenerate);
+}
+
+int CountCrossings(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame, int limit,
+                   bool stopWhenDegenerate, bool& nearDegenerate) {
   nearDegenerate = false;
   int n = static_cast<int>(chain.size());
   if (n < 4)
     return 0;
-  // Called for 30 planes of every chain the fingerprint scan analyses: no allocation after the
-  // first call on a thread, boxes first, orientation signs next, the hair tests last.
-  thread_local std::vector<Seg> buffer;
-  std::vector<Seg>& s = buffer; // one thread-local lookup
-  s.resize(n);
+  // Called for 30 planes of every chain the fingerprint scan analyses and dozens of times per
+  // closure by the over/under-pass rounds: small chains use the stack (a thread-local costs a
+  // lookup per call), larger ones a per-thread buffer; boxes first, orientation signs next, the
+  // hair tests last.
+  constexpr int kStackSegments = 64;
+  Seg local[kStackSegments];
+  Seg* s = local;
+  if (n > kStackSegments) {
+    thread_local std::vector<Seg> buffer;
+    buffer.resize(n);
+    s = buffer.data();
+  }
   double scale = 0.0;
   for (int i = 0; i < n; ++i) {
     Vec3 a = PositionOf(chain[i]);
@@ -57,8 +69,11 @@ int CountDiagramCrossingsUpTo(const std::vector<ChainAtom>& chain, const Project
     g.b = s[i + 1 < n ? i + 1 : 0].a;
     double dx = g.b.x - g.a.x, dy = g.b.y - g.a.y;
     double len = std::sqrt(dx * dx + dy * dy);
-    if (len <= hair)
+    if (len <= hair) {
       nearDegenerate = true;
+      if (stopWhenDegenerate)
+        return 0;
+    }
     g.len = std::max(len, hair);
     g.xlo = std::min(g.a.x, g.b.x) - hair;
     g.xhi = std::max(g.a.x, g.b.x) + hair;
@@ -86,6 +101,8 @@ int CountDiagramCrossingsUpTo(const std::vector<ChainAtom>& chain, const Project
           (std::fabs(o3) <= hb && OnSegment(B.a, B.b, A.a, B.len, hair)) ||
           (std::fabs(o4) <= hb && OnSegment(B.a, B.b, A.b, B.len, hair))) {
         nearDegenerate = true;
+        if (stopWhenDegenerate)
+          return 0;
         continue;
       }
       if ((o1 > 0.0) != (o2 > 0.0) && (o3 > 0.0) != (o4 > 0.0) && ++crossings >= limit)

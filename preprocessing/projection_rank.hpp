@@ -19,6 +19,10 @@ int CountDiagramCrossings(const std::vector<ChainAtom>& chain, const ProjectionF
 // and `nearDegenerate` tells only about the pairs looked at).
 int CountDiagramCrossingsUpTo(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
                               int limit, bool& nearDegenerate);
+// The same again; with `stopWhenDegenerate` the count is abandoned (result 0) as soon as
+// `nearDegenerate` is set, for callers that ignore near-degenerate planes.
+int CountCrossings(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame, int limit,
+                   bool stopWhenDegenerate, bool& nearDegenerate);
 
 // Base plane indices 0..29 ordered by (near-degenerate last, fewer crossings, lower index).
 std::array<int, 30> RankPlanes(const std::vector<ChainAtom>& chain);

@@ -9,11 +9,14 @@
 #include <climits>
 #include <cmath>
 #include <deque>
+#include <memory>
+#include <numeric>
 #include <vector>
 
-#include "preprocessing/directions.hpp"      // for ProjectionFrames
+#include "preprocessing/directions.hpp" // for ProjectionFrames
+#include "preprocessing/open_cut.hpp"
 #include "preprocessing/overpass.hpp"        // for ShortcutBestPass
-#include "preprocessing/projection_rank.hpp" // for CountDiagramCrossingsUpTo, RankPlanesTop
+#include "preprocessing/projection_rank.hpp" // for CountCrossings, RankPlanesTop
 #include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleSeparation
 #include "preprocessing/vec3.hpp"            // for Vec3
 
@@ -80,6 +83,11 @@ struct Reducer {
   std::vector<std::vector<int>> blockedBy; // corners blocked by the segment starting at s
   std::deque<int> queue;
   int count = 0;
+  // An open chain: its segment from the last vertex back to the first does not exist (-1 for
+  // a closed chain, else the last vertex), and both ends stay. Each corner cut off is then
+  // recorded in `cutOff` (its vertices a, v, b at the time).
+  int openEnd = -1;
+  std::vector<std::array<int, 3>> cutOff;
   double tol = 0.0;
   double scale = 0.0; // the largest coordinate magnitude
 
@@ -126,6 +134,8 @@ struct Reducer {
     wide.clear();
     useGrid = false;
     gridBuiltAt = 0;
+    openEnd = -1;
+    cutOff.clear();
   }
 
   void ClearCells() {
@@ -135,7 +145,7 @@ struct Reducer {
   }
 
   void Enqueue(int v) {
-    if (alive[v] && !queued[v]) {
+    if (alive[v] && !queued[v] && (openEnd < 0 || (v != 0 && v != openEnd))) {
       queued[v] = 1;
       queue.push_back(v);
     }
@@ -151,6 +161,8 @@ struct Reducer {
   }
 
   void Insert(int s) {
+    if (s == openEnd)
+      return;
     SegmentRef ref{s, version[s]};
     int lo[3], hi[3];
     CellRange(BoxOf(pts[s], pts[next[s]]), lo, hi);
@@ -252,14 +264,14 @@ struct Reducer {
       if (v < 0)
         continue;
       for (int s : {prev[v], v})
-        if (s != t.skip1 && s != t.skip2 && Blocks(s, t))
+        if (s != t.skip1 && s != t.skip2 && s != openEnd && Blocks(s, t))
           return s;
     }
     Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
     // Segments clearly apart from the triangle along one of its edge lines cannot block it.
     const TriangleSeparation apart(t.p[0], t.p[1], t.p[2], tol, scale);
     auto test = [&](int s) {
-      if (s == t.skip1 || s == t.skip2)
+      if (s == t.skip1 || s == t.skip2 || s == openEnd)
         return false;
       return Overlap(box, BoxOf(pts[s], pts[next[s]])) && !apart.Separated(pts[s], pts[next[s]]) &&
              Blocks(s, t);
@@ -325,6 +337,8 @@ struct Reducer {
 
   void Erase(int v) {
     int a = prev[v], b = next[v];
+    if (openEnd >= 0)
+      cutOff.push_back({a, v, b});
     next[a] = b;
     prev[b] = a;
     alive[v] = 0;
@@ -350,6 +364,48 @@ struct Reducer {
       queued[v] = 0;
       if (!alive[v])
         continue;
+      int blocker = CornerBlocker(v);
+      if (blocker < 0) {
+        Erase(v);
+        if (useGrid && 4 * count < gridBuiltAt)
+          BuildGrid();
+      } else {
+        blockedBy[blocker].push_back(v);
+      }
+    }
+  }
+
+  // The open chain's cutting in phases: a corner with an edge longer than `span` waits for a
+  // later phase with twice the span, so that small corners go first and the corners a closing
+  // path may meet (the larger ones) come late.
+  void RunOpen() {
+    double span = 0.0;
+    for (size_t i = 0; i + 1 < pts.size(); ++i)
+      span = std::max(span, 2.0 * Norm(pts[i + 1] - pts[i]));
+    for (int v = 0; v < static_cast<int>(pts.size()); ++v)
+      Enqueue(v);
+    BuildGrid();
+    std::vector<int> waiting;
+    while (count > 3) {
+      if (queue.empty()) {
+        if (waiting.empty())
+          break;
+        span *= 2.0;
+        for (int w : waiting)
+          Enqueue(w);
+        waiting.clear();
+        continue;
+      }
+      int v = queue.front();
+      queue.pop_front();
+      queued[v] = 0;
+      if (!alive[v])
+        continue;
+      const Vec3 a = pts[prev[v]], p = pts[v], b = pts[next[v]];
+      if (std::max({Dot(p - a, p - a), Dot(b - p, b - p), Dot(b - a, b - a)}) > span * span) {
+        waiting.push_back(v);
+        continue;
+      }
       int blocker = CornerBlocker(v);
       if (blocker < 0) {
         Erase(v);
@@ -387,7 +443,12 @@ void CutCorners(std::vector<ChainAtom>& chain) {
     chain.swap(distinct);
   if (chain.size() < 4)
     return;
-  thread_local Reducer r;
+  // Reached through a pointer: a method bound to the thread-local object itself would look its
+  // address up again at every member access.
+  thread_local std::unique_ptr<Reducer> workspace;
+  if (!workspace)
+    workspace = std::make_unique<Reducer>();
+  Reducer& r = *workspace;
   r.Reset(chain);
   r.Run();
   r.Result(chain);
@@ -398,31 +459,73 @@ void CutCorners(std::vector<ChainAtom>& chain) {
 // With `below` given, only counts under it are exact: the result is `below` when no plane has
 // fewer crossings. The result does not depend on the order the planes are tried in (each count
 // under the running minimum is exact, the others change nothing), so `order` may put the planes
-// likely to have few crossings first, letting the others stop early.
+// likely to have few crossings first, letting the others stop early. A near-degenerate plane is
+// left at once, and nothing can go under a minimum of 0.
 int FewestCrossings(const std::vector<ChainAtom>& chain, int below = INT_MAX,
                     const std::array<int, 30>* order = nullptr) {
   int fewest = below;
-  for (int k = 0; k < 30; ++k) {
+  for (int k = 0; k < 30 && fewest > 0; ++k) {
     // A plane cannot lower the minimum once it has as many crossings: its count stops there.
     bool nearDegenerate = false;
     const int plane = order ? (*order)[k] : k;
-    int c = CountDiagramCrossingsUpTo(chain, ProjectionFrames()[plane], fewest, nearDegenerate);
+    int c = tresk::CountCrossings(chain, ProjectionFrames()[plane], fewest, true, nearDegenerate);
     if (!nearDegenerate && c < fewest)
       fewest = c;
   }
   return fewest;
 }
 
+// The chains whose fewest crossings were counted in this run of the shortcut rounds. A count
+// capped at `below` gives r = min(below, true minimum); asked again with a cap at or under the
+// old one the answer is min(cap, r) without counting: the same chain often comes back from
+// several planes' shortcuts.
+class CrossingMemo {
+public:
+  void Clear() { entries_.clear(); }
+
+  int Fewest(const std::vector<ChainAtom>& chain, int below, const std::array<int, 30>& order) {
+    for (const Entry& e : entries_)
+      if (Same(e.chain, chain) && (e.result < e.below || below <= e.below))
+        return std::min(below, e.result);
+    int result = FewestCrossings(chain, below, &order);
+    entries_.push_back({chain, below, result});
+    return result;
+  }
+
+private:
+  struct Entry {
+    std::vector<ChainAtom> chain;
+    int below, result;
+  };
+  static bool Same(const std::vector<ChainAtom>& a, const std::vector<ChainAtom>& b) {
+    if (a.size() != b.size())
+      return false;
+    for (size_t i = 0; i < a.size(); ++i)
+      if (a[i].x != b[i].x || a[i].y != b[i].y || a[i].z != b[i].z)
+        return false;
+    return true;
+  }
+  std::vector<Entry> entries_;
+};
+
 // Over/under-pass shortcuts, each followed by corner cutting, tried in every projection plane
 // (the four best planes for larger chains); the variant with the fewest crossings in its best
 // plane is kept, round after round, while that number still falls.
 void ShortcutPasses(std::vector<ChainAtom>& chain) {
-  int current = FewestCrossings(chain);
   std::vector<ChainAtom> best, trial, cut;
+  CrossingMemo memo;
+  std::array<int, 30> identity;
+  std::iota(identity.begin(), identity.end(), 0);
+  int current = memo.Fewest(chain, INT_MAX, identity);
   for (int round = 0; round < kMaxShortcutRounds && current > 0; ++round) {
     int m = static_cast<int>(chain.size());
     int planes = m <= kAllPlanesSize ? 30 : 4;
     std::array<int, 30> rank = RankPlanesTop(chain, planes);
+    bool minimal = false;
+    // A best diagram that is reduced and alternating has the knot's least crossing number:
+    // no shortcut can win a round any more.
+    if (tresk::MinimalDiagram(chain, ProjectionFrames()[rank[0]], current))
+      return;
     best.clear();
     int bestCrossings = current;
     for (int k = 0; k < planes; ++k) {
@@ -441,21 +544,32 @@ void ShortcutPasses(std::vector<ChainAtom>& chain) {
       // The cut variant wins ties; either must beat the best so far. Counts at or above what
       // they must beat are not needed exactly. When corner cutting removed nothing the two
       // variants are the same chain and the cut one is the one kept.
-      int cutCrossings = FewestCrossings(cut, bestCrossings, &order);
+      int cutCrossings = memo.Fewest(cut, bestCrossings, order);
       int bar = std::min(cutCrossings, bestCrossings);
-      int crossings = cut.size() == trial.size() ? bar : FewestCrossings(trial, bar, &order);
+      int crossings = cut.size() == trial.size() ? bar : memo.Fewest(trial, bar, order);
+      bool improved = true;
       if (crossings < bar) {
         bestCrossings = crossings;
         best.swap(trial);
       } else if (cutCrossings < bestCrossings) {
         bestCrossings = cutCrossings;
         best.swap(cut);
+      } else {
+        improved = false;
+      }
+      // The new best's diagram in the plane of its shortcuts, when reduced and alternating,
+      // cannot be beaten by the planes left nor by another round.
+      if (improved && tresk::MinimalDiagram(best, ProjectionFrames()[rank[k]], bestCrossings)) {
+        minimal = true;
+        break;
       }
     }
     if (best.empty())
       return;
     chain.swap(best);
     current = bestCrossings;
+    if (minimal)
+      return;
   }
 }
 
@@ -477,3 +591,125 @@ int ChainReduce(std::vector<ChainAtom>& chain, bool flag) {
   }
   return static_cast<int>(chain.size());
 }
+
+namespace tresk {
+
+OpenChainCut::OpenChainCut(const std::vector<ChainAtom>& chain) : size_(chain.size()) {
+  // Repeated points would be dropped by the closed chain's cutting first; such chains, and
+  // very short ones, are left to it.
+  if (chain.size() < 6)
+    return;
+  auto same = [](const ChainAtom& a, const ChainAtom& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+  };
+  for (size_t i = 0; i + 1 < chain.size(); ++i)
+    if (same(chain[i], chain[i + 1]))
+      return;
+  if (same(chain.front(), chain.back()))
+    return;
+  Reducer r;
+  r.Reset(chain);
+  r.openEnd = static_cast<int>(chain.size()) - 1;
+  r.RunOpen();
+  for (const std::array<int, 3>& c : r.cutOff) {
+    Swept t;
+    t.vertex = c;
+    t.p = {r.pts[c[0]], r.pts[c[1]], r.pts[c[2]]};
+    Box box = BoxOf(t.p[0], t.p[1], t.p[2], 0.0);
+    t.lo = box.lo;
+    t.hi = box.hi;
+    swept_.push_back(t);
+  }
+  scale_ = r.scale;
+  usable_ = true;
+}
+
+// Whether the segment p-q meets the triangle cut off, with the corner cutting's rules: a segment
+// sharing a vertex with it is judged by angle, one spanning two of its vertices always meets it.
+// `atP` and `atQ` are the chain positions of the ends (-1 for a point of the closing path).
+bool OpenChainCut::Meets(const Swept& t, Vec3 p, Vec3 q, int atP, int atQ, double tol) {
+  if (!Overlap(BoxOf(p, q), {{t.lo.x - tol, t.lo.y - tol, t.lo.z - tol},
+                             {t.hi.x + tol, t.hi.y + tol, t.hi.z + tol}}))
+    return false;
+  int sharedP = -1, sharedQ = -1;
+  for (int m = 0; m < 3; ++m) {
+    if (atP >= 0 && t.vertex[m] == atP)
+      sharedP = m;
+    if (atQ >= 0 && t.vertex[m] == atQ)
+      sharedQ = m;
+  }
+  if (sharedP >= 0 && sharedQ >= 0)
+    return true;
+  if (sharedP >= 0 || sharedQ >= 0) {
+    const int m = sharedP >= 0 ? sharedP : sharedQ;
+    return SharedVertexSegmentEnters(t.p[m], sharedP >= 0 ? q : p, t.p[(m + 1) % 3],
+                                     t.p[(m + 2) % 3], kAngleTolerance);
+  }
+  return SegmentNearTriangle(p, q, t.p[0], t.p[1], t.p[2], tol);
+}
+
+bool OpenChainCut::Apply(std::vector<ChainAtom>& closed) const {
+  if (!usable_ || closed.size() <= size_)
+    return false;
+  double scale = scale_;
+  for (size_t i = size_; i < closed.size(); ++i)
+    scale =
+        std::max({scale, std::fabs(closed[i].x), std::fabs(closed[i].y), std::fabs(closed[i].z)});
+  const double tol = kRelativeTolerance * std::max(scale, 1e-300);
+  const int n = static_cast<int>(size_);
+  // The closing path from the last atom through the appended points to the first atom, with
+  // the chain position of each point that is an atom (-1 for the others).
+  std::vector<Vec3> path;
+  std::vector<int> at;
+  path.push_back(PositionOf(closed[n - 1]));
+  at.push_back(n - 1);
+  for (size_t i = size_; i < closed.size(); ++i) {
+    path.push_back(PositionOf(closed[i]));
+    at.push_back(-1);
+  }
+  path.push_back(PositionOf(closed[0]));
+  at.push_back(0);
+  // The cuts are replayed in order. A cut is made when its corner is still the same (the same
+  // neighbours) and its triangle meets neither the closing path nor a segment at a vertex whose
+  // cut was passed over: every other segment is one the open chain had when the cut was made,
+  // and the triangle met none of those.
+  std::vector<int> prev(n), next(n);
+  for (int i = 0; i < n; ++i) {
+    prev[i] = i - 1;
+    next[i] = i + 1;
+  }
+  std::vector<int> passed;
+  int made = 0;
+  std::vector<char> erased(n, 0);
+  for (const Swept& t : swept_) {
+    const int a = t.vertex[0], v = t.vertex[1], b = t.vertex[2];
+    bool free = prev[v] == a && next[v] == b;
+    for (size_t k = 0; free && k + 1 < path.size(); ++k)
+      free = !Meets(t, path[k], path[k + 1], at[k], at[k + 1], tol);
+    for (size_t w = 0; free && w < passed.size(); ++w) {
+      const int x = passed[w];
+      free = !Meets(t, PositionOf(closed[prev[x]]), PositionOf(closed[x]), prev[x], x, tol) &&
+             !Meets(t, PositionOf(closed[x]), PositionOf(closed[next[x]]), x, next[x], tol);
+    }
+    if (!free) {
+      passed.push_back(v);
+      continue;
+    }
+    next[a] = b;
+    prev[b] = a;
+    erased[v] = 1;
+    ++made;
+  }
+  if (made == 0)
+    return false;
+  std::vector<ChainAtom> out;
+  out.reserve(closed.size() - made);
+  for (int i = 0; i < n; ++i)
+    if (!erased[i])
+      out.push_back(closed[i]);
+  out.insert(out.end(), closed.begin() + static_cast<long>(size_), closed.end());
+  closed.swap(out);
+  return true;
+}
+
+} // namespace tresk

@@ -1,7 +1,7 @@
 // ChainReduce: unknots shrink to a triangle and knots keep their type (the knot determinant,
 // computed independently from the projected diagram, before and after), on named curves and
 // random closed walks; without the flag the result is a subsequence of the input; tiny chains
-// stay as they are.
+// stay as they are. Also the minimal-diagram stop and the open-chain cuts shared by closures.
 #include <algorithm>
 #include <cmath>
 #include <random>
@@ -12,6 +12,9 @@
 #include <gtest/gtest.h>
 
 #include "preprocessing/chainprep.hpp"
+#include "preprocessing/directions.hpp"
+#include "preprocessing/open_cut.hpp"
+#include "preprocessing/overpass.hpp"
 #include "preprocessing/triangle_tests.hpp"
 #include "tests/support/curves.hpp"
 #include "tests/support/invariants.hpp"
@@ -157,6 +160,92 @@ TEST(ChainReduce, TinyChainsUnchanged) {
     EXPECT_EQ(ChainReduce(chain, true), static_cast<int>(n));
     EXPECT_TRUE(SameAtoms(chain, copy));
   }
+}
+
+// The stop of the shortcut rounds: a diagram is recognised as minimal only when it is reduced
+// and alternating with exactly the crossings claimed; seen from above, the (2,3) torus knot is
+// the trefoil's three-crossing diagram, the (3,4) torus knot a non-alternating one of eight, and
+// a figure-eight curve with one crossing has a crossing that a circle cuts off.
+TEST(ChainReduce, MinimalDiagramsRecognised) {
+  const tresk::ProjectionFrame above{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+  std::vector<ChainAtom> lemniscate;
+  for (int i = 0; i < 40; ++i) {
+    double t = 2 * M_PI * (i + 0.5) / 40;
+    lemniscate.push_back({10 * std::cos(t), 10 * std::sin(t) * std::cos(t), 3 * std::sin(t), i});
+  }
+  const struct {
+    const char* name;
+    std::vector<ChainAtom> chain;
+    int crossings;
+    bool minimal;
+  } cases[] = {
+      {"trefoil", zoo::TorusKnot(2, 3, 61), 3, true},
+      {"trefoil, wrong count", zoo::TorusKnot(2, 3, 61), 4, false},
+      {"(3,4) torus knot", zoo::TorusKnot(3, 4, 121), 8, false},
+      {"one nugatory crossing", lemniscate, 1, false},
+      {"circle", zoo::Circle(20), 0, false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(tresk::MinimalDiagram(c.chain, above, c.crossings), c.minimal);
+  }
+}
+
+// An open chain's cuts replayed on its closures: every closure keeps its knot (the determinant
+// in several directions, against the closure left whole; both cut to size first), the ends and
+// the closing path stay, and most atoms go.
+TEST(ChainReduce, OpenChainCutsKeepEveryClosuresKnot) {
+  std::vector<std::pair<std::string, std::vector<ChainAtom>>> chains;
+  std::vector<ChainAtom> trefoil = zoo::RandomlyRotated(zoo::TorusKnot(2, 3, 120), 4);
+  trefoil.resize(112); // opened: a trefoil for most closures
+  chains.push_back({"open trefoil", trefoil});
+  for (unsigned seed = 0; seed < 6; ++seed) { // compact walks, knotted for some closures
+    std::mt19937 gen(seed);
+    std::normal_distribution<double> g;
+    std::vector<ChainAtom> walk;
+    double x = 0, y = 0, z = 0;
+    for (int i = 0; i < 120; ++i) {
+      x = 0.95 * x + g(gen), y = 0.95 * y + g(gen), z = 0.95 * z + g(gen);
+      walk.push_back({x, y, z, i + 1});
+    }
+    chains.push_back({"walk " + std::to_string(seed), walk});
+  }
+  std::srand(11);
+  long kept = 0, total = 0, knotted = 0;
+  for (const auto& [name, chain] : chains) {
+    const tresk::OpenChainCut cut(chain);
+    for (int closure = 0; closure < 24; ++closure) {
+      SCOPED_TRACE(name + ", closure " + std::to_string(closure));
+      std::vector<ChainAtom> closed = chain;
+      const int method = 2 + closure % 3;
+      if (method == 2)
+        CloseChain_2points(closed, 1.25);
+      else if (method == 3)
+        CloseChain_1point(closed, 1.25);
+      else
+        CloseChain_1direction(closed);
+      std::vector<ChainAtom> shorter = closed;
+      cut.Apply(shorter);
+      const size_t path = closed.size() - chain.size();
+      ASSERT_GE(shorter.size(), path + 2);
+      EXPECT_TRUE(SameAtoms({shorter.front()}, {closed.front()}));
+      EXPECT_TRUE(SameAtoms({shorter.end() - static_cast<long>(path) - 1, shorter.end()},
+                            {closed.end() - static_cast<long>(path) - 1, closed.end()}));
+      // Compared after corner cutting alone, which keeps the knot (tested above).
+      std::vector<ChainAtom> closedCut = closed, shorterCut = shorter;
+      ChainReduce(closedCut, false);
+      ChainReduce(shorterCut, false);
+      for (int d : {0, 7, 19}) {
+        const long before = Determinant(closedCut, d);
+        knotted += d == 0 && before > 1;
+        EXPECT_EQ(Determinant(shorterCut, d), before) << d;
+      }
+      kept += static_cast<long>(shorter.size() - path);
+      total += static_cast<long>(chain.size());
+    }
+  }
+  EXPECT_GT(knotted, 20);
+  EXPECT_LT(4 * kept, total); // most atoms cut
 }
 
 } // namespace
