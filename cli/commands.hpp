@@ -16,6 +16,8 @@ void RegisterKnotCommands(CLI::App& app);
 void RegisterScanCommands(CLI::App& app);
 // `tresk batch`: the knots of many files, one row per file and chain, resumable.
 void RegisterBatchCommands(CLI::App& app);
+// `tresk core`: the knot core of one chain, its tails and depth.
+void RegisterCoreCommand(CLI::App& app);
 
 // Ends the command with a failure status; CLI11 turns this into the program's exit status.
 [[noreturn]] void Fail(int status);

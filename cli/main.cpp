@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
   RegisterKnotCommands(app);
   RegisterScanCommands(app);
   RegisterBatchCommands(app);
+  RegisterCoreCommand(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }
