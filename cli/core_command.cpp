@@ -43,13 +43,13 @@ void RunCore(CoreCommandOptions& o) {
   if (o.tsv) {
     std::cout << "type\tshare\tfirst\tlast\tfirst_id\tlast_id\tn_tail\tc_tail\tdepth\t"
                  "depth_fraction\tcore_share\tatoms\tverdict\n";
-    std::cout << c.type;
+    std::cout << c.type << "\t" << Fixed(c.share, 2);
     if (c.found) {
-      std::cout << "\t" << Fixed(c.coreShare, 2) << "\t" << c.first << "\t" << c.last << "\t"
-                << c.firstId << "\t" << c.lastId << "\t" << c.nTail << "\t" << c.cTail << "\t"
-                << c.depth << "\t" << Fixed(c.depthFraction, 3) << "\t" << Fixed(c.coreShare, 2);
+      std::cout << "\t" << c.first << "\t" << c.last << "\t" << c.firstId << "\t" << c.lastId
+                << "\t" << c.nTail << "\t" << c.cTail << "\t" << c.depth << "\t"
+                << Fixed(c.depthFraction, 3) << "\t" << Fixed(c.coreShare, 2);
     } else {
-      std::cout << "\t-\t-\t-\t-\t-\t-\t-\t-\t-\t-";
+      std::cout << "\t-\t-\t-\t-\t-\t-\t-\t-\t-";
     }
     std::cout << "\t" << chain.size() << "\t" << Trimmed(c.verdict) << "\n";
   } else if (c.found) {
@@ -105,8 +105,9 @@ void RegisterCoreCommand(CLI::App& app) {
   AddChainChoice(c, o->choice);
   AddNumericAbove(c, o->core.naming.numericAbove);
   c->add_flag("--tsv", o->tsv,
-              "Write a header line and one tab-separated row (type, core share, positions and ids "
-              "of the core's ends, tails, depth, atoms, verdict); '-' where there is no core");
+              "Write a header line and one tab-separated row: the dominant type and its share of "
+              "the whole chain's closures, positions and ids of the core's ends, tails, depth, "
+              "the core's share, atoms, verdict; '-' where there is no core");
   c->footer("Example: tresk core examples/chains/knotted_core.xyz -j 2");
   c->callback([o] { RunCore(*o); });
 }

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <functional>
 #include <map>
+#include <numeric>
 #include <utility>
 
 #include "chain/naming.hpp"            // for tresk::VoteOverClosures, tresk::KnotInDirection
@@ -33,6 +34,8 @@ constexpr double kClosureParameter = 1.25;
 constexpr int kShortestSubchain = 6;
 // Coarse candidates refined at step 1, shortest first.
 constexpr int kRefinedCandidates = 3;
+// Steps in a row that may lose the type before the walk stops shortening a subchain.
+constexpr int kPatience = 2;
 
 uint64_t SplitMix(uint64_t x) {
   x += 0x9E3779B97F4A7C15ull;
@@ -120,11 +123,27 @@ public:
         if (!kept)
           break;
       }
-      while (j - step >= jMin && j - step - i + 1 >= kShortestSubchain && Kept(i, j - step))
-        j -= step;
+      j = Lowered(i, j, jMin, step);
       corners.emplace_back(i, j);
     }
     return corners;
+  }
+
+  // The last atom of (first, j) lowered in steps of `step`, not below jMin, as far as the
+  // subchain is kept. A few closures can untie a subchain that a shorter one keeps, so a step
+  // that loses the type is looked past: the walk goes on from the next kept subchain within
+  // kPatience steps.
+  int Lowered(int first, int j, int jMin, int step) {
+    for (int miss = 0, k = j - step;
+         miss < kPatience && k >= jMin && k - first + 1 >= kShortestSubchain; k -= step) {
+      if (Kept(first, k)) {
+        j = k;
+        miss = 0;
+      } else {
+        ++miss;
+      }
+    }
+    return j;
   }
 
   // The shortest kept subchain analysed: ties go to more votes, then to the earlier start.
@@ -218,6 +237,8 @@ KnotCore FindKnotCore(const std::vector<ChainAtom>& chain, const CoreOptions& op
   core.verdict = GiveTheNameOfKnot(counts);
   core.ordinal = static_cast<int>(std::max_element(counts, counts + kCountSlots) - counts);
   core.type = knots[core.ordinal].name;
+  const int total = std::accumulate(counts, counts + kCountSlots, 0);
+  core.share = total > 0 ? static_cast<double>(counts[core.ordinal]) / total : 0.0;
   const int n = static_cast<int>(chain.size());
   if (core.ordinal == 0 || core.ordinal >= kFirstStatusRow || n < kShortestSubchain)
     return core;

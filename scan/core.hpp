@@ -28,10 +28,12 @@ struct CoreOptions {
 
 struct KnotCore {
   // The vote over closures of the whole chain: its text ("3_1(88%) 01(12%) "), the dominant
-  // ordinal of the knot table (0 = unknot; the most frequent one, ties to the lower) and name.
+  // ordinal of the knot table (0 = unknot; the most frequent one, ties to the lower), its name
+  // and its share of the closures.
   std::string verdict;
   int ordinal = 0;
   std::string type;
+  double share = 0.0;
   // True when a subchain keeps the dominant knot type for the majority of its closures (the
   // dominant type being a knot of the table); the fields below are then filled.
   bool found = false;
