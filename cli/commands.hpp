@@ -19,6 +19,8 @@ void RegisterScanCommands(CLI::App& app);
 void RegisterBatchCommands(CLI::App& app);
 // `tresk build-extended-table` (hidden): the extended knot table from ideal conformations.
 void RegisterTableCommands(CLI::App& app);
+// `tresk core`: the knot core of one chain, its tails and depth.
+void RegisterCoreCommand(CLI::App& app);
 
 // Ends the command with a failure status; CLI11 turns this into the program's exit status.
 [[noreturn]] void Fail(int status);

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
   RegisterScanCommands(app);
   RegisterBatchCommands(app);
   RegisterTableCommands(app);
+  RegisterCoreCommand(app);
   CLI11_PARSE(app, argc, argv);
   return 0;
 }
