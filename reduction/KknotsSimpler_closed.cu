@@ -17,7 +17,7 @@ constexpr int kThreadsPerBlock = 64;
 // The working memory of the launch in progress, laid out parallel to the device point buffer
 // (set before each launch; the kernel's signature has no room for it).
 __device__ int* gScratchInts;
-__device__ tresk::ReducePoint* gScratchCompact;
+__device__ float* gScratchFloats;
 
 [[noreturn]] void Fail(cudaError_t error) {
   printf("Error: %s\n", cudaGetErrorString(error));
@@ -33,7 +33,7 @@ __global__ void ChainReduceKernel(fPointR3* points, int jobCount, Job* jobs, boo
   (void)flag;
   // Which test results block a corner, per thread: a miss does not, a hit or a contact does.
   bool interTypeTab[3] = {false, true, true};
-  const tresk::ReduceScratch scratch{gScratchInts, gScratchCompact};
+  const tresk::ReduceScratch scratch{gScratchInts, gScratchFloats};
   const long long stride = static_cast<long long>(gridDim.x) * blockDim.x;
   for (long long j = static_cast<long long>(blockIdx.x) * blockDim.x + threadIdx.x; j < jobCount;
        j += stride) {
@@ -60,7 +60,7 @@ int ReduceBatchOnDevice(std::vector<fPointR3>& buffer, std::vector<Job>& jobs, b
   const size_t pointBytes = buffer.size() * sizeof(fPointR3);
   const size_t jobBytes = jobs.size() * sizeof(Job);
   const size_t intBytes = buffer.size() * kReduceIntsPerPoint * sizeof(int);
-  const size_t compactBytes = buffer.size() * sizeof(ReducePoint);
+  const size_t floatBytes = buffer.size() * kReduceFloatsPerPoint * sizeof(float);
   fPointR3* devicePoints = nullptr;
   Job* deviceJobs = nullptr;
   char* deviceScratch = nullptr;
@@ -69,17 +69,16 @@ int ReduceBatchOnDevice(std::vector<fPointR3>& buffer, std::vector<Job>& jobs, b
   if (pointBytes > 0) {
     cudaMalloc(&devicePoints, pointBytes);
     cudaMemcpy(devicePoints, buffer.data(), pointBytes, cudaMemcpyHostToDevice);
-    cudaMalloc(&deviceScratch, intBytes + compactBytes);
+    cudaMalloc(&deviceScratch, intBytes + floatBytes);
   }
   if (jobBytes > 0) {
     cudaMalloc(&deviceJobs, jobBytes);
     cudaMemcpy(deviceJobs, jobs.data(), jobBytes, cudaMemcpyHostToDevice);
   }
   int* ints = reinterpret_cast<int*>(deviceScratch);
-  ReducePoint* compact =
-      deviceScratch ? reinterpret_cast<ReducePoint*>(deviceScratch + intBytes) : nullptr;
+  float* floats = deviceScratch ? reinterpret_cast<float*>(deviceScratch + intBytes) : nullptr;
   cudaMemcpyToSymbol(gScratchInts, &ints, sizeof ints);
-  cudaMemcpyToSymbol(gScratchCompact, &compact, sizeof compact);
+  cudaMemcpyToSymbol(gScratchFloats, &floats, sizeof floats);
   cudaDeviceSynchronize();
   ChainReduceKernel<<<dim3(kBlocks), dim3(kThreadsPerBlock), 0, 0>>>(
       devicePoints, static_cast<int>(jobs.size()), deviceJobs, flag);

@@ -16,13 +16,13 @@ const bool kBlocks[3] = {false, true, true};
 // reducing many chains allocates a few times at most.
 tresk::ReduceScratch HostScratch(int n) {
   thread_local std::vector<int> ints;
-  thread_local std::vector<tresk::ReducePoint> compact;
+  thread_local std::vector<float> floats;
   const size_t points = static_cast<size_t>(n);
   if (ints.size() < points * tresk::kReduceIntsPerPoint) {
     ints.resize(points * tresk::kReduceIntsPerPoint);
-    compact.resize(points);
+    floats.resize(points * tresk::kReduceFloatsPerPoint);
   }
-  return tresk::ReduceScratch{ints.data(), compact.data()};
+  return tresk::ReduceScratch{ints.data(), floats.data()};
 }
 
 // Reduces jobs [firstJob, lastJob) in place. Writes only those jobs' `length` and the first

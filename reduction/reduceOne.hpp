@@ -83,23 +83,19 @@ TRESK_HD TRESK_REDUCE_INLINE int SegmentTriangleTest(const fPointR3* triangle,
   return 0;
 }
 
-// A point still present, in the compact list of the reduction: coordinates and original position.
-struct ReducePoint {
-  float x, y, z;
-  int position;
-};
-
-// Working memory of the reduction: per point kReduceIntsPerPoint ints and one ReducePoint. A
-// batch lays both out parallel to its point buffer (the job starting at position b uses the
-// entries from b times the count per point on), so one allocation serves every job.
-constexpr int kReduceIntsPerPoint = 10;
+// Working memory of the reduction: per point kReduceIntsPerPoint ints and kReduceFloatsPerPoint
+// floats. A batch lays both out parallel to its point buffer (the job starting at position b
+// uses the entries from b times the count per point on), so one allocation serves every job.
+constexpr int kReduceIntsPerPoint = 11;
+constexpr int kReduceFloatsPerPoint = 3;
 struct ReduceScratch {
   int* ints;
-  ReducePoint* points;
+  float* floats;
 };
 
 TRESK_HD inline ReduceScratch ReduceScratchAt(ReduceScratch base, long long begin) {
-  return ReduceScratch{base.ints + begin * kReduceIntsPerPoint, base.points + begin};
+  return ReduceScratch{base.ints + begin * kReduceIntsPerPoint,
+                       base.floats + begin * kReduceFloatsPerPoint};
 }
 
 // The reduction removes the middle point of the first corner (in chain order) that no tested
@@ -143,9 +139,13 @@ struct Cycle {
   int* head;
   int* linkNext;
   int* linkPrev;
-  // The points still present, in chain order.
+  // The points still present, in chain order: coordinates and original positions, as separate
+  // arrays (the host loads four points' x, y or z at once).
   int size;
-  ReducePoint* compact;
+  float* xs;
+  float* ys;
+  float* zs;
+  int* positions;
   const bool* blocks; // blocks[r]: whether a test result r blocks a corner
   bool sideTest;      // every coordinate finite and within kSideRange: the side proof is sound
   fPointR3 lo, hi;    // the bounding box of all points (with sideTest)
@@ -180,9 +180,8 @@ TRESK_HD inline bool Blocks(const Cycle& c, const fPointR3* triangle, int s) {
 // The same for the segment from compact point k to the next (to point 0 after the last): the
 // compact list holds copies of the same coordinates.
 TRESK_HD inline bool BlocksAt(const Cycle& c, const fPointR3* triangle, int k) {
-  const ReducePoint& p = c.compact[k];
-  const ReducePoint& q = c.compact[k + 1 < c.size ? k + 1 : 0];
-  const fPointR3 segment[2] = {{p.x, p.y, p.z}, {q.x, q.y, q.z}};
+  const int q = k + 1 < c.size ? k + 1 : 0;
+  const fPointR3 segment[2] = {{c.xs[k], c.ys[k], c.zs[k]}, {c.xs[q], c.ys[q], c.zs[q]}};
   return c.blocks[SegmentTriangleTest(triangle, segment)];
 }
 
@@ -287,8 +286,7 @@ TRESK_HD inline Plane PlaneOf(const Cycle& c, const fPointR3* triangle) {
 
 // hX of compact point k.
 TRESK_HD inline float HeightOf(const Cycle& c, const Plane& f, int k) {
-  const ReducePoint& p = c.compact[k];
-  return f.n.x * (p.x - f.a.x) + f.n.y * (p.y - f.a.y) + f.n.z * (p.z - f.a.z);
+  return f.n.x * (c.xs[k] - f.a.x) + f.n.y * (c.ys[k] - f.a.y) + f.n.z * (c.zs[k] - f.a.z);
 }
 
 // Whether the segment (P, Q) is proved to miss, given hP and hQ. The sign test is a product
@@ -304,9 +302,7 @@ TRESK_HD inline bool MissesBySide(const Plane& f, float hp, float hq) {
 // The heights of compact points k .. k+3, with the operations of HeightOf in the same order
 // (each lane rounds exactly as the scalar code does).
 inline __m128 Heights4(const Cycle& c, const Plane& f, int k) {
-  __m128 x = _mm_loadu_ps(&c.compact[k].x), y = _mm_loadu_ps(&c.compact[k + 1].x);
-  __m128 z = _mm_loadu_ps(&c.compact[k + 2].x), w = _mm_loadu_ps(&c.compact[k + 3].x);
-  _MM_TRANSPOSE4_PS(x, y, z, w); // lanes: x, y, z of the four points (w: positions, unused)
+  const __m128 x = _mm_loadu_ps(c.xs + k), y = _mm_loadu_ps(c.ys + k), z = _mm_loadu_ps(c.zs + k);
   const __m128 hx = _mm_mul_ps(_mm_set1_ps(f.n.x), _mm_sub_ps(x, _mm_set1_ps(f.a.x)));
   const __m128 hy = _mm_mul_ps(_mm_set1_ps(f.n.y), _mm_sub_ps(y, _mm_set1_ps(f.a.y)));
   const __m128 hz = _mm_mul_ps(_mm_set1_ps(f.n.z), _mm_sub_ps(z, _mm_set1_ps(f.a.z)));
@@ -343,19 +339,26 @@ TRESK_HD inline void Uncompact(Cycle& c, int x) {
   int lo = 0, hi = c.size; // the first k with position >= x
   while (lo < hi) {
     const int mid = lo + (hi - lo) / 2;
-    if (c.compact[mid].position < x) {
+    if (c.positions[mid] < x) {
       lo = mid + 1;
     } else {
       hi = mid;
     }
   }
   const int size = --c.size;
-  ReducePoint* compact = c.compact;
+  float* floats[3] = {c.xs, c.ys, c.zs};
 #ifdef __CUDA_ARCH__
+  for (float* f : floats) {
+    for (int k = lo; k < size; ++k)
+      f[k] = f[k + 1];
+  }
   for (int k = lo; k < size; ++k)
-    compact[k] = compact[k + 1];
+    c.positions[k] = c.positions[k + 1];
 #else
-  memmove(compact + lo, compact + lo + 1, sizeof(ReducePoint) * static_cast<size_t>(size - lo));
+  const size_t bytes = sizeof(float) * static_cast<size_t>(size - lo);
+  for (float* f : floats)
+    memmove(f + lo, f + lo + 1, bytes);
+  memmove(c.positions + lo, c.positions + lo + 1, bytes);
 #endif
 }
 
@@ -375,7 +378,7 @@ TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
   }
   if (!c.sideTest) {
     for (int k = 0; k < c.size; ++k) {
-      const int s = c.compact[k].position;
+      const int s = c.positions[k];
       if (s != hint && Tested(c, m, s) && Blocks(c, triangle, s))
         return Remember(c, m, s);
     }
@@ -391,7 +394,7 @@ TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
     const __m128 ahead = Heights4(c, plane, k + 4);
     for (int rest = SideCandidates(plane, heights, ahead); rest != 0; rest &= rest - 1) {
       const int j = k + LowestBit(rest);
-      const int s = c.compact[j].position;
+      const int s = c.positions[j];
       if (s != hint && Tested(c, m, s) && BlocksAt(c, triangle, j))
         return Remember(c, m, s);
     }
@@ -402,7 +405,7 @@ TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
   for (; k < c.size; ++k) {
     const float hq = k + 1 < c.size ? HeightOf(c, plane, k + 1) : first;
     if (!MissesBySide(plane, hp, hq)) {
-      const int s = c.compact[k].position;
+      const int s = c.positions[k];
       if (s != hint && Tested(c, m, s) && BlocksAt(c, triangle, k))
         return Remember(c, m, s);
     }
@@ -453,11 +456,13 @@ TRESK_HD inline int ReduceChain(fPointR3* points, int n, ReduceScratch scratch,
   reduce_detail::Cycle c;
   c.points = points;
   c.n = n;
-  int** ints[] = {&c.prev,       &c.next,      &c.witStart, &c.witEnd,   &c.cornerPrev,
-                  &c.cornerNext, &c.lastStart, &c.head,     &c.linkNext, &c.linkPrev};
+  int** ints[] = {&c.prev,      &c.next, &c.witStart, &c.witEnd,   &c.cornerPrev, &c.cornerNext,
+                  &c.lastStart, &c.head, &c.linkNext, &c.linkPrev, &c.positions};
   for (int i = 0; i < kReduceIntsPerPoint; ++i)
     *ints[i] = scratch.ints + i * n;
-  c.compact = scratch.points;
+  float** floats[] = {&c.xs, &c.ys, &c.zs};
+  for (int i = 0; i < kReduceFloatsPerPoint; ++i)
+    *floats[i] = scratch.floats + i * n;
   c.size = n;
   c.blocks = blocks;
   c.sideTest = reduce_detail::InSideRange(points, n, c.lo, c.hi);
@@ -467,7 +472,10 @@ TRESK_HD inline int ReduceChain(fPointR3* points, int n, ReduceScratch scratch,
     c.witStart[i] = -1;
     c.lastStart[i] = -1;
     c.head[i] = -1;
-    c.compact[i] = ReducePoint{points[i].x, points[i].y, points[i].z, i};
+    c.xs[i] = points[i].x;
+    c.ys[i] = points[i].y;
+    c.zs[i] = points[i].z;
+    c.positions[i] = i;
   }
   int count = n;
   int cursor = c.next[0];
