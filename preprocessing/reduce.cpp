@@ -16,7 +16,7 @@
 #include "preprocessing/directions.hpp" // for ProjectionFrames
 #include "preprocessing/open_cut.hpp"
 #include "preprocessing/overpass.hpp"        // for ShortcutBestPass
-#include "preprocessing/projection_rank.hpp" // for CountCrossings, RankPlanesTop
+#include "preprocessing/projection_rank.hpp" // for DiagramPairs, FewestCrossings, RankPlanesTop
 #include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleSeparation
 #include "preprocessing/vec3.hpp"            // for Vec3
 
@@ -454,27 +454,6 @@ void CutCorners(std::vector<ChainAtom>& chain) {
   r.Result(chain);
 }
 
-// The least number of crossings over the 30 projection planes, planes too close to a degenerate
-// diagram left out (INT_MAX when all are).
-// With `below` given, only counts under it are exact: the result is `below` when no plane has
-// fewer crossings. The result does not depend on the order the planes are tried in (each count
-// under the running minimum is exact, the others change nothing), so `order` may put the planes
-// likely to have few crossings first, letting the others stop early. A near-degenerate plane is
-// left at once, and nothing can go under a minimum of 0.
-int FewestCrossings(const std::vector<ChainAtom>& chain, int below = INT_MAX,
-                    const std::array<int, 30>* order = nullptr) {
-  int fewest = below;
-  for (int k = 0; k < 30 && fewest > 0; ++k) {
-    // A plane cannot lower the minimum once it has as many crossings: its count stops there.
-    bool nearDegenerate = false;
-    const int plane = order ? (*order)[k] : k;
-    int c = tresk::CountCrossings(chain, ProjectionFrames()[plane], fewest, true, nearDegenerate);
-    if (!nearDegenerate && c < fewest)
-      fewest = c;
-  }
-  return fewest;
-}
-
 // The chains whose fewest crossings were counted in this run of the shortcut rounds. A count
 // capped at `below` gives r = min(below, true minimum); asked again with a cap at or under the
 // old one the answer is min(cap, r) without counting: the same chain often comes back from
@@ -483,11 +462,14 @@ class CrossingMemo {
 public:
   void Clear() { entries_.clear(); }
 
-  int Fewest(const std::vector<ChainAtom>& chain, int below, const std::array<int, 30>& order) {
+  // `pairs`, when given, holds the pairs of the chain the one counted was made from.
+  int Fewest(const std::vector<ChainAtom>& chain, int below, const std::array<int, 30>& order,
+             tresk::DiagramPairs* pairs = nullptr) {
     for (const Entry& e : entries_)
       if (Same(e.chain, chain) && (e.result < e.below || below <= e.below))
         return std::min(below, e.result);
-    int result = FewestCrossings(chain, below, &order);
+    int result =
+        pairs ? pairs->Fewest(chain, below, order) : tresk::FewestCrossings(chain, below, &order);
     entries_.push_back({chain, below, result});
     return result;
   }
@@ -514,13 +496,17 @@ private:
 void ShortcutPasses(std::vector<ChainAtom>& chain) {
   std::vector<ChainAtom> best, trial, cut;
   CrossingMemo memo;
+  // Every pair of segments of the round's chain in every plane: the trials keep most of them.
+  tresk::DiagramPairs pairs;
   std::array<int, 30> identity;
   std::iota(identity.begin(), identity.end(), 0);
   int current = memo.Fewest(chain, INT_MAX, identity);
   for (int round = 0; round < kMaxShortcutRounds && current > 0; ++round) {
     int m = static_cast<int>(chain.size());
     int planes = m <= kAllPlanesSize ? 30 : 4;
-    std::array<int, 30> rank = RankPlanesTop(chain, planes);
+    const bool paired = planes == 30 && pairs.Build(chain);
+    std::array<int, 30> rank = paired ? pairs.Rank() : RankPlanesTop(chain, planes);
+    tresk::DiagramPairs* known = paired ? &pairs : nullptr;
     bool minimal = false;
     // A best diagram that is reduced and alternating has the knot's least crossing number:
     // no shortcut can win a round any more.
@@ -544,9 +530,9 @@ void ShortcutPasses(std::vector<ChainAtom>& chain) {
       // The cut variant wins ties; either must beat the best so far. Counts at or above what
       // they must beat are not needed exactly. When corner cutting removed nothing the two
       // variants are the same chain and the cut one is the one kept.
-      int cutCrossings = memo.Fewest(cut, bestCrossings, order);
+      int cutCrossings = memo.Fewest(cut, bestCrossings, order, known);
       int bar = std::min(cutCrossings, bestCrossings);
-      int crossings = cut.size() == trial.size() ? bar : memo.Fewest(trial, bar, order);
+      int crossings = cut.size() == trial.size() ? bar : memo.Fewest(trial, bar, order, known);
       bool improved = true;
       if (crossings < bar) {
         bestCrossings = crossings;
