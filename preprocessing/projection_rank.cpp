@@ -268,6 +268,10 @@ int DiagramPairs::Fewest(const std::vector<ChainAtom>& other, int below,
     if (a >= 0)
       keptVertices |= uint64_t(1) << a;
   }
+  int fresh[kMaxVertices * 2], freshCount = 0; // other's vertices not found in the chain
+  for (int t = 0; t < m; ++t)
+    if (from[t] < 0)
+      fresh[freshCount++] = t;
   const uint64_t all = n == 64 ? ~uint64_t(0) : (uint64_t(1) << n) - 1;
   const uint64_t gone = all & ~kept;
   Seg s[kMaxVertices * 2];
@@ -288,9 +292,8 @@ int DiagramPairs::Fewest(const std::vector<ChainAtom>& other, int below,
         if (from[t] >= 0)
           scale = std::max({scale, std::fabs(known[from[t]][0]), std::fabs(known[from[t]][1])});
     }
-    for (int t = 0; t < m; ++t) {
-      if (from[t] >= 0)
-        continue;
+    for (int f = 0; f < freshCount; ++f) {
+      const int t = fresh[f];
       Vec3 a = PositionOf(other[t]);
       s[t].a = {Dot(a, frame.u), Dot(a, frame.v)};
       scale = std::max({scale, std::fabs(s[t].a.x), std::fabs(s[t].a.y)});
