@@ -1,4 +1,5 @@
-// Crossing counts of a closed chain's diagrams and the ranking of projection planes by them.
+// Crossing counts of a closed chain's diagrams, the ranking of projection planes by them, and
+// the fewest crossings over the planes (directly, or from the classified pairs of a related chain).
 #include "preprocessing/projection_rank.hpp"
 #include "preprocessing/plane2d.hpp" // for P2, Orient, kRelativeHair
 

@@ -1,5 +1,5 @@
-// Ranking of the 30 projection planes for one closed chain by the crossings of its diagram:
-// the adaptive direction order of ProjectChain.
+// Ranking of the 30 projection planes for one closed chain by the crossings of its diagram (the
+// adaptive direction order of ProjectChain), and the fewest crossings over those planes.
 #pragma once
 
 #include <array>
