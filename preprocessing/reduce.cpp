@@ -258,14 +258,20 @@ struct Reducer {
 
   // The first segment found that meets the swept triangle, or -1 when it is empty.
   int FindBlocker(const Sweep& t) {
-    // Segments next to the corner share a vertex with it and often decide.
+    // Segments next to the corner share a vertex with it and often decide; the search below
+    // passes over them (they were just found not to block).
+    int near[6], nearCount = 0;
     for (int k = 0; k < 3; ++k) {
       int v = t.vertex[k];
       if (v < 0)
         continue;
-      for (int s : {prev[v], v})
-        if (s != t.skip1 && s != t.skip2 && s != openEnd && Blocks(s, t))
+      for (int s : {prev[v], v}) {
+        if (s == t.skip1 || s == t.skip2 || s == openEnd)
+          continue;
+        if (Blocks(s, t))
           return s;
+        near[nearCount++] = s;
+      }
     }
     Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
     // Segments clearly apart from the triangle along one of its edge lines cannot block it.
@@ -273,6 +279,9 @@ struct Reducer {
     auto test = [&](int s) {
       if (s == t.skip1 || s == t.skip2 || s == openEnd)
         return false;
+      for (int k = 0; k < nearCount; ++k)
+        if (near[k] == s)
+          return false;
       return Overlap(box, BoxOf(pts[s], pts[next[s]])) && !apart.Separated(pts[s], pts[next[s]]) &&
              Blocks(s, t);
     };
