@@ -47,7 +47,7 @@ enum class PairMeet { apart, crossing, degenerate };
 
 // How two non-adjacent segments meet in the diagram. The answer does not depend on which of
 // the two comes first: every test is made from both sides.
-inline PairMeet Classify(const Seg& A, const Seg& B, double hair) {
+[[gnu::always_inline]] inline PairMeet Classify(const Seg& A, const Seg& B, double hair) {
   if (B.xlo > A.xhi || A.xlo > B.xhi || B.ylo > A.yhi || A.ylo > B.yhi)
     return PairMeet::apart;
   double ha = hair * A.len;
