@@ -664,6 +664,11 @@ bool OpenChainCut::Apply(std::vector<ChainAtom>& closed) const {
   }
   path.push_back(PositionOf(closed[0]));
   at.push_back(0);
+  // The path's segment boxes: most triangles are told apart from a segment by them (the first
+  // test of Meets).
+  std::vector<Box> pathBox;
+  for (size_t k = 0; k + 1 < path.size(); ++k)
+    pathBox.push_back(BoxOf(path[k], path[k + 1]));
   // The cuts are replayed in order. A cut is made when its corner is still the same (the same
   // neighbours) and its triangle meets neither the closing path nor a segment at a vertex whose
   // cut was passed over: every other segment is one the open chain had when the cut was made,
@@ -679,8 +684,10 @@ bool OpenChainCut::Apply(std::vector<ChainAtom>& closed) const {
   for (const Swept& t : swept_) {
     const int a = t.vertex[0], v = t.vertex[1], b = t.vertex[2];
     bool free = prev[v] == a && next[v] == b;
+    const Box wide = {{t.lo.x - tol, t.lo.y - tol, t.lo.z - tol},
+                      {t.hi.x + tol, t.hi.y + tol, t.hi.z + tol}};
     for (size_t k = 0; free && k + 1 < path.size(); ++k)
-      free = !Meets(t, path[k], path[k + 1], at[k], at[k + 1], tol);
+      free = !Overlap(pathBox[k], wide) || !Meets(t, path[k], path[k + 1], at[k], at[k + 1], tol);
     for (size_t w = 0; free && w < passed.size(); ++w) {
       const int x = passed[w];
       free = !Meets(t, PositionOf(closed[prev[x]]), PositionOf(closed[x]), prev[x], x, tol) &&
