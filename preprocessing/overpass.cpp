@@ -20,13 +20,25 @@ double PointSegmentDistance(P2 p, P2 a, P2 b) {
   return std::hypot(p.x - a.x - t * dx, p.y - a.y - t * dy);
 }
 
+// A projected segment's box.
+struct Box2 {
+  double xlo, xhi, ylo, yhi;
+};
+
+Box2 BoxOf(P2 a, P2 b) {
+  return {std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y)};
+}
+
+// Meet's first test: boxes more than a hair apart.
+inline bool BoxesApart(const Box2& a, const Box2& b, double hair) {
+  return a.xhi + hair < b.xlo || b.xhi + hair < a.xlo || a.yhi + hair < b.ylo ||
+         b.yhi + hair < a.ylo;
+}
+
 // How two projected segments meet: 0 apart, 1 properly crossing (with parameters from each
 // segment's first point), -1 too close to call.
 int Meet(P2 a1, P2 a2, P2 b1, P2 b2, double hair, double& ta, double& tb) {
-  if (std::max(a1.x, a2.x) + hair < std::min(b1.x, b2.x) ||
-      std::max(b1.x, b2.x) + hair < std::min(a1.x, a2.x) ||
-      std::max(a1.y, a2.y) + hair < std::min(b1.y, b2.y) ||
-      std::max(b1.y, b2.y) + hair < std::min(a1.y, a2.y))
+  if (BoxesApart(BoxOf(a1, a2), BoxOf(b1, b2), hair))
     return 0;
   double o1 = Orient(a1, a2, b1), o2 = Orient(a1, a2, b2);
   double o3 = Orient(b1, b2, a1), o4 = Orient(b1, b2, a2);
@@ -96,7 +108,9 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
   thread_local std::vector<double> hBuffer;
   thread_local std::vector<std::vector<Event>> onEdgeBuffer;
   thread_local std::vector<Event> eventsBuffer;
+  thread_local std::vector<Box2> boxBuffer;
   std::vector<P2>& p = pBuffer;
+  std::vector<Box2>& box = boxBuffer;
   std::vector<double>& h = hBuffer;
   std::vector<std::vector<Event>>& onEdge = onEdgeBuffer;
   std::vector<Event>& events = eventsBuffer;
@@ -113,6 +127,10 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
   }
   double hair = kRelativeHair * std::max(scale, 1e-300);
   auto P = [&](int i) { return p[((i % m) + m) % m]; };
+  // The edges' boxes: most pairs are told apart by them before Meet is called.
+  box.resize(m);
+  for (int i = 0; i < m; ++i)
+    box[i] = BoxOf(p[i], p[i + 1 < m ? i + 1 : 0]);
 
   // All crossings of non-adjacent edges, as events on both edges.
   if (onEdge.size() < size_t(m))
@@ -121,6 +139,8 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
     onEdge[i].clear();
   for (int i = 0; i + 2 < m; ++i) {
     for (int j = i + 2; j < (i == 0 ? m - 1 : m); ++j) {
+      if (BoxesApart(box[i], box[j], hair))
+        continue;
       double ta, tb;
       int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], hair, ta, tb);
       if (r < 0)
@@ -175,6 +195,7 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
       continue;
     // The chord from `from` to `to` against the edges that stay.
     P2 a = P(from), b = P(to);
+    const Box2 chordBox = BoxOf(a, b);
     double chord = std::hypot(b.x - a.x, b.y - a.y);
     if (chord <= hair)
       continue;
@@ -185,7 +206,7 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
     bool sure = true;
     for (int e = to; e != from && sure && crossings <= most; e = e + 1 < m ? e + 1 : 0) {
       const int f = e + 1 < m ? e + 1 : 0;
-      if (e == to || f == from)
+      if (e == to || f == from || BoxesApart(chordBox, box[e], hair))
         continue;
       double ta, tb;
       int r = Meet(a, b, p[e], p[f], hair, ta, tb);

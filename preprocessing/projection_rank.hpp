@@ -1,8 +1,10 @@
-// Ranking of the 30 projection planes for one closed chain by the crossings of its diagram:
-// the adaptive direction order of ProjectChain.
+// Ranking of the 30 projection planes for one closed chain by the crossings of its diagram (the
+// adaptive direction order of ProjectChain), and the fewest crossings over those planes.
 #pragma once
 
 #include <array>
+#include <climits>
+#include <cstdint>
 #include <vector>
 
 #include "core/records.hpp"             // for ChainAtom
@@ -28,5 +30,45 @@ int CountCrossings(const std::vector<ChainAtom>& chain, const ProjectionFrame& f
 std::array<int, 30> RankPlanes(const std::vector<ChainAtom>& chain);
 // Only the first `wanted` entries of that order are guaranteed; the rest follow in some order.
 std::array<int, 30> RankPlanesTop(const std::vector<ChainAtom>& chain, int wanted);
+
+// The least number of crossings over the 30 planes, near-degenerate planes left out, capped at
+// `below` (`below` when no clean plane has fewer; INT_MAX when every plane is near-degenerate).
+// The result does not depend on the order the planes are tried in (`order`, identity when
+// null): a plane matters only when it is clean and under the running minimum, so each count
+// stops there.
+int FewestCrossings(const std::vector<ChainAtom>& chain, int below = INT_MAX,
+                    const std::array<int, 30>* order = nullptr);
+
+// Every pair of segments of one closed chain (4 to 64 vertices) classified in each of the 30
+// planes. A chain made from it by replacing some stretches keeps most of its segments, and two
+// kept segments meet in a plane exactly as they did (the same points, and the same hair when
+// the diagram's coordinate scale is unchanged): its FewestCrossings then tests only the pairs
+// with a new segment.
+class DiagramPairs {
+public:
+  static constexpr int kMaxVertices = 64;
+  // False (nothing kept) for a chain outside 4..64 vertices.
+  bool Build(const std::vector<ChainAtom>& chain);
+  // RankPlanes of the chain built on.
+  std::array<int, 30> Rank() const;
+  // FewestCrossings(other, below, &order), bit for bit.
+  int Fewest(const std::vector<ChainAtom>& other, int below, const std::array<int, 30>& order);
+
+private:
+  struct Plane {
+    double scale, hair;
+    int widest;          // a vertex whose coordinate sets the scale
+    int crossings;       // clean crossing pairs of the whole diagram
+    int degeneratePairs; // pairs too close to call
+    uint64_t shortSegments;
+    std::array<uint64_t, kMaxVertices> cross, degenerate; // pairs, by segment
+    std::array<int, kMaxVertices> crossCount, degenerateCount;
+  };
+  std::vector<ChainAtom> chain_;
+  std::vector<std::array<double, 2>> points_; // projected vertices, plane by plane
+  std::array<Plane, 30> planes_;
+  // Scratch of Fewest.
+  std::vector<int> from_;
+};
 
 } // namespace tresk

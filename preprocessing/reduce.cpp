@@ -16,7 +16,7 @@
 #include "preprocessing/directions.hpp" // for ProjectionFrames
 #include "preprocessing/open_cut.hpp"
 #include "preprocessing/overpass.hpp"        // for ShortcutBestPass
-#include "preprocessing/projection_rank.hpp" // for CountCrossings, RankPlanesTop
+#include "preprocessing/projection_rank.hpp" // for DiagramPairs, FewestCrossings, RankPlanesTop
 #include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleSeparation
 #include "preprocessing/vec3.hpp"            // for Vec3
 
@@ -258,14 +258,20 @@ struct Reducer {
 
   // The first segment found that meets the swept triangle, or -1 when it is empty.
   int FindBlocker(const Sweep& t) {
-    // Segments next to the corner share a vertex with it and often decide.
+    // Segments next to the corner share a vertex with it and often decide; the search below
+    // passes over them (they were just found not to block).
+    int near[6], nearCount = 0;
     for (int k = 0; k < 3; ++k) {
       int v = t.vertex[k];
       if (v < 0)
         continue;
-      for (int s : {prev[v], v})
-        if (s != t.skip1 && s != t.skip2 && s != openEnd && Blocks(s, t))
+      for (int s : {prev[v], v}) {
+        if (s == t.skip1 || s == t.skip2 || s == openEnd)
+          continue;
+        if (Blocks(s, t))
           return s;
+        near[nearCount++] = s;
+      }
     }
     Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
     // Segments clearly apart from the triangle along one of its edge lines cannot block it.
@@ -273,6 +279,9 @@ struct Reducer {
     auto test = [&](int s) {
       if (s == t.skip1 || s == t.skip2 || s == openEnd)
         return false;
+      for (int k = 0; k < nearCount; ++k)
+        if (near[k] == s)
+          return false;
       return Overlap(box, BoxOf(pts[s], pts[next[s]])) && !apart.Separated(pts[s], pts[next[s]]) &&
              Blocks(s, t);
     };
@@ -454,27 +463,6 @@ void CutCorners(std::vector<ChainAtom>& chain) {
   r.Result(chain);
 }
 
-// The least number of crossings over the 30 projection planes, planes too close to a degenerate
-// diagram left out (INT_MAX when all are).
-// With `below` given, only counts under it are exact: the result is `below` when no plane has
-// fewer crossings. The result does not depend on the order the planes are tried in (each count
-// under the running minimum is exact, the others change nothing), so `order` may put the planes
-// likely to have few crossings first, letting the others stop early. A near-degenerate plane is
-// left at once, and nothing can go under a minimum of 0.
-int FewestCrossings(const std::vector<ChainAtom>& chain, int below = INT_MAX,
-                    const std::array<int, 30>* order = nullptr) {
-  int fewest = below;
-  for (int k = 0; k < 30 && fewest > 0; ++k) {
-    // A plane cannot lower the minimum once it has as many crossings: its count stops there.
-    bool nearDegenerate = false;
-    const int plane = order ? (*order)[k] : k;
-    int c = tresk::CountCrossings(chain, ProjectionFrames()[plane], fewest, true, nearDegenerate);
-    if (!nearDegenerate && c < fewest)
-      fewest = c;
-  }
-  return fewest;
-}
-
 // The chains whose fewest crossings were counted in this run of the shortcut rounds. A count
 // capped at `below` gives r = min(below, true minimum); asked again with a cap at or under the
 // old one the answer is min(cap, r) without counting: the same chain often comes back from
@@ -483,11 +471,14 @@ class CrossingMemo {
 public:
   void Clear() { entries_.clear(); }
 
-  int Fewest(const std::vector<ChainAtom>& chain, int below, const std::array<int, 30>& order) {
+  // `pairs`, when given, holds the pairs of the chain the one counted was made from.
+  int Fewest(const std::vector<ChainAtom>& chain, int below, const std::array<int, 30>& order,
+             tresk::DiagramPairs* pairs = nullptr) {
     for (const Entry& e : entries_)
       if (Same(e.chain, chain) && (e.result < e.below || below <= e.below))
         return std::min(below, e.result);
-    int result = FewestCrossings(chain, below, &order);
+    int result =
+        pairs ? pairs->Fewest(chain, below, order) : tresk::FewestCrossings(chain, below, &order);
     entries_.push_back({chain, below, result});
     return result;
   }
@@ -514,13 +505,17 @@ private:
 void ShortcutPasses(std::vector<ChainAtom>& chain) {
   std::vector<ChainAtom> best, trial, cut;
   CrossingMemo memo;
+  // Every pair of segments of the round's chain in every plane: the trials keep most of them.
+  tresk::DiagramPairs pairs;
   std::array<int, 30> identity;
   std::iota(identity.begin(), identity.end(), 0);
   int current = memo.Fewest(chain, INT_MAX, identity);
   for (int round = 0; round < kMaxShortcutRounds && current > 0; ++round) {
     int m = static_cast<int>(chain.size());
     int planes = m <= kAllPlanesSize ? 30 : 4;
-    std::array<int, 30> rank = RankPlanesTop(chain, planes);
+    const bool paired = planes == 30 && pairs.Build(chain);
+    std::array<int, 30> rank = paired ? pairs.Rank() : RankPlanesTop(chain, planes);
+    tresk::DiagramPairs* known = paired ? &pairs : nullptr;
     bool minimal = false;
     // A best diagram that is reduced and alternating has the knot's least crossing number:
     // no shortcut can win a round any more.
@@ -544,9 +539,9 @@ void ShortcutPasses(std::vector<ChainAtom>& chain) {
       // The cut variant wins ties; either must beat the best so far. Counts at or above what
       // they must beat are not needed exactly. When corner cutting removed nothing the two
       // variants are the same chain and the cut one is the one kept.
-      int cutCrossings = memo.Fewest(cut, bestCrossings, order);
+      int cutCrossings = memo.Fewest(cut, bestCrossings, order, known);
       int bar = std::min(cutCrossings, bestCrossings);
-      int crossings = cut.size() == trial.size() ? bar : memo.Fewest(trial, bar, order);
+      int crossings = cut.size() == trial.size() ? bar : memo.Fewest(trial, bar, order, known);
       bool improved = true;
       if (crossings < bar) {
         bestCrossings = crossings;
@@ -669,6 +664,11 @@ bool OpenChainCut::Apply(std::vector<ChainAtom>& closed) const {
   }
   path.push_back(PositionOf(closed[0]));
   at.push_back(0);
+  // The path's segment boxes: most triangles are told apart from a segment by them (the first
+  // test of Meets).
+  std::vector<Box> pathBox;
+  for (size_t k = 0; k + 1 < path.size(); ++k)
+    pathBox.push_back(BoxOf(path[k], path[k + 1]));
   // The cuts are replayed in order. A cut is made when its corner is still the same (the same
   // neighbours) and its triangle meets neither the closing path nor a segment at a vertex whose
   // cut was passed over: every other segment is one the open chain had when the cut was made,
@@ -684,8 +684,10 @@ bool OpenChainCut::Apply(std::vector<ChainAtom>& closed) const {
   for (const Swept& t : swept_) {
     const int a = t.vertex[0], v = t.vertex[1], b = t.vertex[2];
     bool free = prev[v] == a && next[v] == b;
+    const Box wide = {{t.lo.x - tol, t.lo.y - tol, t.lo.z - tol},
+                      {t.hi.x + tol, t.hi.y + tol, t.hi.z + tol}};
     for (size_t k = 0; free && k + 1 < path.size(); ++k)
-      free = !Meets(t, path[k], path[k + 1], at[k], at[k + 1], tol);
+      free = !Overlap(pathBox[k], wide) || !Meets(t, path[k], path[k + 1], at[k], at[k + 1], tol);
     for (size_t w = 0; free && w < passed.size(); ++w) {
       const int x = passed[w];
       free = !Meets(t, PositionOf(closed[prev[x]]), PositionOf(closed[x]), prev[x], x, tol) &&

@@ -3,6 +3,8 @@
 // random closed walks; without the flag the result is a subsequence of the input; tiny chains
 // stay as they are. Also the minimal-diagram stop and the open-chain cuts shared by closures.
 #include <algorithm>
+#include <array>
+#include <climits>
 #include <cmath>
 #include <random>
 #include <string>
@@ -15,6 +17,7 @@
 #include "preprocessing/directions.hpp"
 #include "preprocessing/open_cut.hpp"
 #include "preprocessing/overpass.hpp"
+#include "preprocessing/projection_rank.hpp"
 #include "preprocessing/triangle_tests.hpp"
 #include "tests/support/curves.hpp"
 #include "tests/support/invariants.hpp"
@@ -249,3 +252,70 @@ TEST(ChainReduce, OpenChainCutsKeepEveryClosuresKnot) {
 }
 
 } // namespace
+
+// The shortcut rounds' crossing minima from a round chain's classified pairs, against counting
+// every plane of the trial: chains with shortcuts made in several planes, then corner-cut, with
+// vertices dropped (the widest among them, so the hair narrows), with a far vertex added (the
+// hair widens) and with a vertex touching another (near-degenerate pairs), for many caps and
+// plane orders; and the round chain's ranking.
+TEST(ChainReduce, ClassifiedPairsGiveEveryTrialsFewestCrossings) {
+  std::vector<std::pair<std::string, std::vector<ChainAtom>>> chains = {
+      {"trefoil", zoo::RandomlyRotated(zoo::TorusKnot(2, 3, 24), 1)},
+      {"(2,5) torus knot", zoo::RandomlyRotated(zoo::TorusKnot(2, 5, 40), 2)},
+      {"(3,4) torus knot", zoo::RandomlyRotated(zoo::TorusKnot(3, 4, 64), 3)},
+      {"coil", ClimbingCoil(40, 4)},
+      {"coil, a vertex on another", ClimbingCoil(30, 5)}};
+  chains.back().second[12] = chains.back().second[3];
+  // A vertex 1e-7 from a segment: apart at this hair, too close to call at a 1000 times wider
+  // one (the far vertex below), and the other way round once the far vertex is gone.
+  std::vector<ChainAtom> nearMiss = ClimbingCoil(30, 6);
+  const ChainAtom &p = nearMiss[3], &q = nearMiss[4];
+  nearMiss[15] = {(p.x + q.x) / 2 + 1e-7, (p.y + q.y) / 2, (p.z + q.z) / 2, 16};
+  chains.push_back({"coil, a vertex near a segment", nearMiss});
+  nearMiss.insert(nearMiss.begin() + 20, {3e4, -2e4, 1e4, 0});
+  chains.push_back({"coil, a vertex near a segment and one far", nearMiss});
+  std::mt19937 gen(9);
+  long compared = 0, below = 0;
+  for (const auto& [name, chain] : chains) {
+    SCOPED_TRACE(name);
+    tresk::DiagramPairs pairs;
+    ASSERT_TRUE(pairs.Build(chain));
+    EXPECT_EQ(pairs.Rank(), tresk::RankPlanes(chain));
+    std::vector<std::vector<ChainAtom>> trials;
+    for (int plane : {0, 7, 19, 28}) {
+      std::vector<ChainAtom> trial = chain;
+      for (int moves = 0;
+           moves < 3 && tresk::ShortcutBestPass(trial, tresk::ProjectionFrames()[plane]);)
+        trials.push_back(trial), ++moves;
+      ChainReduce(trial, false);
+      trials.push_back(trial);
+    }
+    for (int k = 0; k < 6; ++k) {
+      std::vector<ChainAtom> trial = chain;
+      trial.erase(trial.begin() + static_cast<long>(gen() % trial.size()));
+      trial.erase(trial.begin() + static_cast<long>(gen() % trial.size()));
+      trials.push_back(trial);
+      trial.insert(trial.begin() + static_cast<long>(gen() % trial.size()), {3e4, -2e4, 1e4, 0});
+      trials.push_back(trial);
+    }
+    for (size_t drop = 0; drop < chain.size(); ++drop) {
+      trials.push_back(chain);
+      trials.back().erase(trials.back().begin() + static_cast<long>(drop));
+    }
+    for (size_t cut = 0; cut < chain.size(); cut += 5)
+      trials.push_back({chain.begin(), chain.end() - static_cast<long>(cut)});
+    for (size_t t = 0; t < trials.size(); ++t) {
+      SCOPED_TRACE("trial " + std::to_string(t));
+      for (int cap : {INT_MAX, 1, 2, 3, 5, 8, 13, 40}) {
+        std::array<int, 30> order = pairs.Rank();
+        if (cap % 2)
+          std::shuffle(order.begin(), order.end(), gen);
+        const int expected = tresk::FewestCrossings(trials[t], cap, &order);
+        ASSERT_EQ(pairs.Fewest(trials[t], cap, order), expected) << cap;
+        ++compared;
+        below += expected < cap;
+      }
+    }
+  }
+  EXPECT_GT(below, compared / 4);
+}
