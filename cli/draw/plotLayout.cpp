@@ -1,6 +1,6 @@
 // The layout of a fingerprint picture: colours by knot type and probability, the grid step
 // inferred from the rows, residue numbers at the ticks and the places of every square and of
-// the legend. Pure arithmetic; cli/plotDraw.cpp paints it.
+// the legend. Pure arithmetic; cli/draw/plotDraw.cpp paints it.
 #include "cli/plot.hpp"
 
 #include <algorithm>

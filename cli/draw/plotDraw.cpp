@@ -1,6 +1,8 @@
 // Painting a fingerprint picture with cairo: the squares of the knotted subchains clipped to
 // the triangle, the axes with residue numbers, the legend and the title, all placed by LayOut.
-#include "cli/plotDraw.hpp"
+// Built as the drawing module that `tresk plot` loads, so that no other command pays for
+// loading cairo and the X11 libraries it pulls in.
+#include "cli/plot.hpp"
 
 #include <cairo-svg.h>
 #include <cairo.h>
@@ -113,13 +115,7 @@ bool EndsWith(const std::string& s, const std::string& tail) {
 
 } // namespace
 
-#if defined(__SANITIZE_ADDRESS__)
-// fontconfig, which cairo loads for the labels, keeps its caches for the life of the process
-// and never frees some of them; they are not leaks of this program.
-extern "C" const char* __lsan_default_suppressions() {
-  return "leak:libfontconfig.so\n";
-}
-#endif
+namespace {
 
 std::string DrawFingerprint(const tresk::Fingerprint& fingerprint, const std::string& picturePath,
                             const PlotStyle& style) {
@@ -163,4 +159,13 @@ std::string DrawFingerprint(const tresk::Fingerprint& fingerprint, const std::st
   if (status != CAIRO_STATUS_SUCCESS)
     return "cannot write " + picturePath + ": " + cairo_status_to_string(status);
   return "";
+}
+
+} // namespace
+
+// The module's one entry point, looked up by name: `error` receives "" or the message.
+extern "C" __attribute__((visibility("default"))) void
+TreskDrawFingerprint(const tresk::Fingerprint* fingerprint, const std::string* picturePath,
+                     const PlotStyle* style, std::string* error) {
+  *error = DrawFingerprint(*fingerprint, *picturePath, *style);
 }
