@@ -16,6 +16,7 @@ using tresk::PositionOf;
 using tresk::ProjectionFrame;
 using tresk::ProjectionFrames;
 using tresk::RankPlanes;
+using tresk::RankPlanesTop;
 using tresk::Vec3;
 
 namespace {
@@ -24,10 +25,13 @@ namespace {
 constexpr size_t kMaxRankedSize = 256;
 
 // The ranking of the last chain seen on this thread: callers project one chain in several
-// directions in a row.
+// directions in a row, most often only in the first. Only the first `valid` entries are known:
+// RankPlanesTop counts each plane only as far as it could still rank among them, so the best
+// plane costs far less than the whole order, which is computed when a later direction is asked.
 struct RankCache {
   std::vector<ChainAtom> chain;
   std::array<int, 30> order;
+  int valid = 0;
 };
 
 bool SameChain(const std::vector<ChainAtom>& a, const std::vector<ChainAtom>& b) {
@@ -39,13 +43,18 @@ bool SameChain(const std::vector<ChainAtom>& a, const std::vector<ChainAtom>& b)
   return true;
 }
 
-const std::array<int, 30>& RankFor(const std::vector<ChainAtom>& chain) {
-  thread_local RankCache cache{{}, {}};
-  if (cache.chain.empty() || !SameChain(cache.chain, chain)) {
-    cache.order = RankPlanes(chain);
-    cache.chain = chain;
+// The plane of rank `rank` (0..29) for `chain`: the first entries of RankPlanesTop's order are
+// those of the full RankPlanes.
+int RankedPlane(const std::vector<ChainAtom>& chain, int rank) {
+  thread_local RankCache cache;
+  const bool same = !cache.chain.empty() && SameChain(cache.chain, chain);
+  if (!same || cache.valid <= rank) {
+    cache.valid = rank == 0 ? 1 : 30;
+    cache.order = cache.valid == 30 ? RankPlanes(chain) : RankPlanesTop(chain, 1);
+    if (!same)
+      cache.chain = chain;
   }
-  return cache.order;
+  return cache.order[rank];
 }
 
 } // namespace
@@ -60,7 +69,7 @@ std::vector<Edge> ProjectChain(const std::vector<ChainAtom>& chain, int directio
     d += 60;
   int plane = d % 30;
   if (flag && n <= kMaxRankedSize)
-    plane = RankFor(chain)[plane];
+    plane = RankedPlane(chain, plane);
   const ProjectionFrame& f = ProjectionFrames()[d < 30 ? plane : plane + 30];
   edges.reserve(n);
   auto project = [&](const ChainAtom& a, double& x, double& y, double& z) {
