@@ -96,6 +96,36 @@ struct Candidate {
   double epsFrom = 0.0, epsTo = 0.0;
 };
 
+// Every crossing of non-adjacent edges of the closed polygon p (heights h along the viewing
+// direction), in order of the pair (i, j), i < j: visit(i, j, ta, tb, hi, hj) with the
+// parameters on both edges and both heights there; it returns false to stop. Pairs whose boxes
+// are apart are skipped (Meet's own first test). False when the diagram is degenerate: a pair
+// meets within `hair` of a vertex or an overlap, or the two heights at a crossing are that close.
+template <typename Visit>
+bool ForEachCrossing(const std::vector<P2>& p, const std::vector<double>& h,
+                     const std::vector<Box2>& box, double hair, Visit visit) {
+  const int m = static_cast<int>(p.size());
+  for (int i = 0; i + 2 < m; ++i) {
+    for (int j = i + 2; j < (i == 0 ? m - 1 : m); ++j) {
+      if (BoxesApart(box[i], box[j], hair))
+        continue;
+      double ta, tb;
+      int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], hair, ta, tb);
+      if (r < 0)
+        return false;
+      if (r == 0)
+        continue;
+      double hi = h[i] + ta * (h[(i + 1) % m] - h[i]);
+      double hj = h[j] + tb * (h[(j + 1) % m] - h[j]);
+      if (std::fabs(hi - hj) <= hair)
+        return false;
+      if (!visit(i, j, ta, tb, hi, hj))
+        return false;
+    }
+  }
+  return true;
+}
+
 } // namespace
 
 bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& frame) {
@@ -137,24 +167,14 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
     onEdge.resize(m);
   for (int i = 0; i < m; ++i)
     onEdge[i].clear();
-  for (int i = 0; i + 2 < m; ++i) {
-    for (int j = i + 2; j < (i == 0 ? m - 1 : m); ++j) {
-      if (BoxesApart(box[i], box[j], hair))
-        continue;
-      double ta, tb;
-      int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], hair, ta, tb);
-      if (r < 0)
-        return false;
-      if (r == 0)
-        continue;
-      double hi = h[i] + ta * (h[(i + 1) % m] - h[i]);
-      double hj = h[j] + tb * (h[(j + 1) % m] - h[j]);
-      if (std::fabs(hi - hj) <= hair)
-        return false;
-      onEdge[i].push_back({i, ta, hi > hj ? 1 : -1});
-      onEdge[j].push_back({j, tb, hj > hi ? 1 : -1});
-    }
-  }
+  const bool clean = ForEachCrossing(
+      p, h, box, hair, [&onEdge](int i, int j, double ta, double tb, double hi, double hj) {
+        onEdge[i].push_back({i, ta, hi > hj ? 1 : -1});
+        onEdge[j].push_back({j, tb, hj > hi ? 1 : -1});
+        return true;
+      });
+  if (!clean)
+    return false;
   events.clear();
   for (int i = 0; i < m; ++i) {
     std::vector<Event>& list = onEdge[i];
@@ -286,26 +306,22 @@ bool MinimalDiagram(const std::vector<ChainAtom>& chain, const ProjectionFrame& 
     int crossing;
     bool over;
   };
+  std::vector<Box2> box(m);
+  for (int i = 0; i < m; ++i)
+    box[i] = BoxOf(p[i], p[i + 1 < m ? i + 1 : 0]);
   std::vector<Pass> passes;
-  for (int i = 0; i + 2 < m; ++i) {
-    for (int j = i + 2; j < (i == 0 ? m - 1 : m); ++j) {
-      double ta, tb;
-      int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], hair, ta, tb);
-      if (r < 0)
-        return false;
-      if (r == 0)
-        continue;
-      double hi = h[i] + ta * (h[(i + 1) % m] - h[i]);
-      double hj = h[j] + tb * (h[(j + 1) % m] - h[j]);
-      if (std::fabs(hi - hj) <= hair)
-        return false;
-      const int id = static_cast<int>(passes.size()) / 2;
-      if (id >= crossings)
-        return false; // more crossings than claimed
-      passes.push_back({i, ta, id, hi > hj});
-      passes.push_back({j, tb, id, hj > hi});
-    }
-  }
+  const bool clean = ForEachCrossing(
+      p, h, box, hair,
+      [&passes, crossings](int i, int j, double ta, double tb, double hi, double hj) {
+        const int id = static_cast<int>(passes.size()) / 2;
+        if (id >= crossings)
+          return false; // more crossings than claimed
+        passes.push_back({i, ta, id, hi > hj});
+        passes.push_back({j, tb, id, hj > hi});
+        return true;
+      });
+  if (!clean)
+    return false;
   const int k = static_cast<int>(passes.size());
   if (k != 2 * crossings)
     return false;

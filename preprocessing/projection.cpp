@@ -11,6 +11,7 @@
 
 #include "preprocessing/directions.hpp" // for ProjectionFrames
 #include "preprocessing/projection_rank.hpp"
+#include "preprocessing/vec3.hpp" // for SamePoints
 
 using tresk::PositionOf;
 using tresk::ProjectionFrame;
@@ -34,20 +35,11 @@ struct RankCache {
   int valid = 0;
 };
 
-bool SameChain(const std::vector<ChainAtom>& a, const std::vector<ChainAtom>& b) {
-  if (a.size() != b.size())
-    return false;
-  for (size_t i = 0; i < a.size(); ++i)
-    if (a[i].x != b[i].x || a[i].y != b[i].y || a[i].z != b[i].z)
-      return false;
-  return true;
-}
-
 // The plane of rank `rank` (0..29) for `chain`: the first entries of RankPlanesTop's order are
 // those of the full RankPlanes.
 int RankedPlane(const std::vector<ChainAtom>& chain, int rank) {
   thread_local RankCache cache;
-  const bool same = !cache.chain.empty() && SameChain(cache.chain, chain);
+  const bool same = !cache.chain.empty() && tresk::SamePoints(cache.chain, chain);
   if (!same || cache.valid <= rank) {
     cache.valid = rank == 0 ? 1 : 30;
     cache.order = cache.valid == 30 ? RankPlanes(chain) : RankPlanesTop(chain, 1);

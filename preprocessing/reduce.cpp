@@ -373,14 +373,20 @@ struct Reducer {
       queued[v] = 0;
       if (!alive[v])
         continue;
-      int blocker = CornerBlocker(v);
-      if (blocker < 0) {
-        Erase(v);
-        if (useGrid && 4 * count < gridBuiltAt)
-          BuildGrid();
-      } else {
-        blockedBy[blocker].push_back(v);
-      }
+      Settle(v);
+    }
+  }
+
+  // Erases corner v when nothing blocks it (rebuilding the grid once the chain has shrunk to a
+  // quarter), else files it under the segment that blocks it.
+  void Settle(int v) {
+    int blocker = CornerBlocker(v);
+    if (blocker < 0) {
+      Erase(v);
+      if (useGrid && 4 * count < gridBuiltAt)
+        BuildGrid();
+    } else {
+      blockedBy[blocker].push_back(v);
     }
   }
 
@@ -415,14 +421,7 @@ struct Reducer {
         waiting.push_back(v);
         continue;
       }
-      int blocker = CornerBlocker(v);
-      if (blocker < 0) {
-        Erase(v);
-        if (useGrid && 4 * count < gridBuiltAt)
-          BuildGrid();
-      } else {
-        blockedBy[blocker].push_back(v);
-      }
+      Settle(v);
     }
   }
 
@@ -475,7 +474,7 @@ public:
   int Fewest(const std::vector<ChainAtom>& chain, int below, const std::array<int, 30>& order,
              tresk::DiagramPairs* pairs = nullptr) {
     for (const Entry& e : entries_)
-      if (Same(e.chain, chain) && (e.result < e.below || below <= e.below))
+      if (tresk::SamePoints(e.chain, chain) && (e.result < e.below || below <= e.below))
         return std::min(below, e.result);
     int result =
         pairs ? pairs->Fewest(chain, below, order) : tresk::FewestCrossings(chain, below, &order);
@@ -488,14 +487,6 @@ private:
     std::vector<ChainAtom> chain;
     int below, result;
   };
-  static bool Same(const std::vector<ChainAtom>& a, const std::vector<ChainAtom>& b) {
-    if (a.size() != b.size())
-      return false;
-    for (size_t i = 0; i < a.size(); ++i)
-      if (a[i].x != b[i].x || a[i].y != b[i].y || a[i].z != b[i].z)
-        return false;
-    return true;
-  }
   std::vector<Entry> entries_;
 };
 

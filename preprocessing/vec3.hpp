@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cmath>
+#include <cstddef>
+#include <vector>
 
 #include "core/records.hpp" // for ChainAtom
 
@@ -37,6 +39,15 @@ inline Vec3 PositionOf(const ChainAtom& a) {
 }
 inline ChainAtom AtomAt(Vec3 p, int id) {
   return {p.x, p.y, p.z, id};
+}
+// Whether two chains have the same points in the same order (ids aside).
+inline bool SamePoints(const std::vector<ChainAtom>& a, const std::vector<ChainAtom>& b) {
+  if (a.size() != b.size())
+    return false;
+  for (size_t i = 0; i < a.size(); ++i)
+    if (a[i].x != b[i].x || a[i].y != b[i].y || a[i].z != b[i].z)
+      return false;
+  return true;
 }
 
 } // namespace tresk
