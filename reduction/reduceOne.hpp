@@ -9,6 +9,10 @@
 #if defined(__SSE2__) && !defined(__CUDA_ARCH__)
 #include <emmintrin.h> // the host scans four segments at a time
 #define TRESK_REDUCE_SSE 1
+#if defined(__GNUC__) && defined(__x86_64__)
+#include <immintrin.h> // and eight at a time where the CPU has AVX2 (chosen at run time)
+#define TRESK_REDUCE_AVX2 1
+#endif
 #endif
 
 #include "core/points.hpp" // for fPointR3
@@ -334,6 +338,69 @@ inline int LowestBit(int bits) {
 }
 #endif
 
+#ifdef TRESK_REDUCE_AVX2
+// Whether this CPU (and the OS) runs AVX2 code; asked once.
+inline bool HasAvx2() {
+  static const bool has = [] {
+    __builtin_cpu_init();
+    return __builtin_cpu_supports("avx2") != 0;
+  }();
+  return has;
+}
+
+// Heights4 for compact points k .. k+7.
+__attribute__((target("avx2"))) inline __m256 Heights8(const Cycle& c, const Plane& f, int k) {
+  const __m256 x = _mm256_loadu_ps(c.xs + k), y = _mm256_loadu_ps(c.ys + k);
+  const __m256 z = _mm256_loadu_ps(c.zs + k);
+  const __m256 hx = _mm256_mul_ps(_mm256_set1_ps(f.n.x), _mm256_sub_ps(x, _mm256_set1_ps(f.a.x)));
+  const __m256 hy = _mm256_mul_ps(_mm256_set1_ps(f.n.y), _mm256_sub_ps(y, _mm256_set1_ps(f.a.y)));
+  const __m256 hz = _mm256_mul_ps(_mm256_set1_ps(f.n.z), _mm256_sub_ps(z, _mm256_set1_ps(f.a.z)));
+  return _mm256_add_ps(_mm256_add_ps(hx, hy), hz);
+}
+
+// SideCandidates for segments k .. k+7, as bits 0 .. 7, from the heights of points k .. k+7
+// and k+8 .. k+15. The target enables AVX2 only (no FMA), and the build does not contract.
+__attribute__((target("avx2"))) inline int SideCandidates8(const Plane& f, __m256 hp,
+                                                           __m256 ahead) {
+  // hq = heights k+1 .. k+8: hp rotated down one lane, the first of `ahead` on top.
+  const __m256 rotated = _mm256_permutevar8x32_ps(hp, _mm256_setr_epi32(1, 2, 3, 4, 5, 6, 7, 0));
+  const __m256 next = _mm256_broadcastss_ps(_mm256_castps256_ps128(ahead));
+  const __m256 hq = _mm256_blend_ps(rotated, next, 0x80);
+  const __m256 sign = _mm256_castsi256_ps(_mm256_set1_epi32(0x7fffffff));
+  const __m256 a = _mm256_and_ps(hp, sign), b = _mm256_and_ps(hq, sign);
+  const __m256 gap = _mm256_and_ps(_mm256_sub_ps(a, b), sign);
+  const __m256 least = _mm256_min_ps(a, b); // a < b ? a : b
+  const __m256 eD = _mm256_set1_ps(f.eD);
+  const __m256 bound = _mm256_add_ps(_mm256_set1_ps(f.eN + f.eD),
+                                     _mm256_mul_ps(_mm256_set1_ps(1e-4f), _mm256_add_ps(gap, eD)));
+  const __m256 proved = _mm256_and_ps(
+      _mm256_and_ps(_mm256_cmp_ps(_mm256_mul_ps(hp, hq), _mm256_setzero_ps(), _CMP_GT_OQ),
+                    _mm256_cmp_ps(gap, eD, _CMP_GT_OQ)),
+      _mm256_cmp_ps(least, bound, _CMP_GE_OQ));
+  return ~_mm256_movemask_ps(proved) & 255;
+}
+
+// FindBlocker's scan eight segments at a time while points k .. k+15 exist, from k = 0: the
+// start of the first blocking segment, or -1 with k at the first segment left to scan.
+__attribute__((target("avx2"))) inline int
+ScanAvx2(const Cycle& c, int m, int hint, const fPointR3* triangle, const Plane& f, int& k) {
+  if (c.size < 16)
+    return -1;
+  __m256 heights = Heights8(c, f, 0);
+  for (; k + 16 <= c.size; k += 8) {
+    const __m256 ahead = Heights8(c, f, k + 8);
+    for (int rest = SideCandidates8(f, heights, ahead); rest != 0; rest &= rest - 1) {
+      const int j = k + LowestBit(rest);
+      const int s = c.positions[j];
+      if (s != hint && Tested(c, m, s) && BlocksAt(c, triangle, j))
+        return s;
+    }
+    heights = ahead;
+  }
+  return -1;
+}
+#endif
+
 // Takes point x out of the compact list; it holds positions in increasing order.
 TRESK_HD inline void Uncompact(Cycle& c, int x) {
   int lo = 0, hi = c.size; // the first k with position >= x
@@ -387,9 +454,16 @@ TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
   const Plane plane = PlaneOf(c, triangle);
   const float first = HeightOf(c, plane, 0);
   int k = 0;
+#ifdef TRESK_REDUCE_AVX2
+  if (HasAvx2()) {
+    const int s = ScanAvx2(c, m, hint, triangle, plane, k);
+    if (s >= 0)
+      return Remember(c, m, s);
+  }
+#endif
 #ifdef TRESK_REDUCE_SSE
   // Four segments at a time while points k .. k+7 exist; the scalar loop below takes the rest.
-  __m128 heights = Heights4(c, plane, 0);
+  __m128 heights = k + 8 <= c.size ? Heights4(c, plane, k) : _mm_setzero_ps();
   for (; k + 8 <= c.size; k += 4) {
     const __m128 ahead = Heights4(c, plane, k + 4);
     for (int rest = SideCandidates(plane, heights, ahead); rest != 0; rest &= rest - 1) {
