@@ -13,6 +13,7 @@
 #include "preprocessing/projection_rank.hpp"
 #include "preprocessing/vec3.hpp" // for SamePoints
 
+using tresk::BestPlane;
 using tresk::PositionOf;
 using tresk::ProjectionFrame;
 using tresk::ProjectionFrames;
@@ -27,22 +28,28 @@ constexpr size_t kMaxRankedSize = 256;
 
 // The ranking of the last chain seen on this thread: callers project one chain in several
 // directions in a row, most often only in the first. Only the first `valid` entries are known:
-// RankPlanesTop counts each plane only as far as it could still rank among them, so the best
-// plane costs far less than the whole order, which is computed when a later direction is asked.
+// BestPlane counts each plane only as far as it could still win, so the best plane costs far
+// less than the whole order, which is computed when a later direction is asked.
 struct RankCache {
   std::vector<ChainAtom> chain;
-  std::array<int, 30> order;
+  std::array<int, 30> order{};
   int valid = 0;
 };
 
-// The plane of rank `rank` (0..29) for `chain`: the first entries of RankPlanesTop's order are
-// those of the full RankPlanes.
+// The plane of rank `rank` (0..29) for `chain`, as in RankPlanes.
 int RankedPlane(const std::vector<ChainAtom>& chain, int rank) {
   thread_local RankCache cache;
   const bool same = !cache.chain.empty() && tresk::SamePoints(cache.chain, chain);
   if (!same || cache.valid <= rank) {
-    cache.valid = rank == 0 ? 1 : 30;
-    cache.order = cache.valid == 30 ? RankPlanes(chain) : RankPlanesTop(chain, 1);
+    // The best plane of the chain before is tried first: copies analysed in a row are often
+    // closures of neighbouring subchains, whose best planes agree.
+    // (The fingerprint analyses every copy in direction 1: the two best planes suffice there.)
+    cache.valid = rank == 0 ? 1 : rank == 1 ? 2 : 30;
+    if (cache.valid == 1)
+      cache.order[0] =
+          BestPlane(chain, cache.order[0] >= 0 && cache.order[0] < 30 ? cache.order[0] : 0);
+    else
+      cache.order = RankPlanesTop(chain, cache.valid);
     if (!same)
       cache.chain = chain;
   }

@@ -156,6 +156,32 @@ std::array<int, 30> RankPlanesTop(const std::vector<ChainAtom>& chain, int wante
   return order;
 }
 
+int BestPlane(const std::vector<ChainAtom>& chain, int hint) {
+  const auto& frames = ProjectionFrames();
+  constexpr long kDegenerate = 1L << 40;
+  // RankPlanes' key: near-degenerate planes after clean ones, then fewer crossings, then the
+  // lower index. Once the best so far is clean, a plane can only win with fewer crossings (one
+  // more allowed below the best's index, where it wins the tie), so its count stops there.
+  int best = -1;
+  long bestKey = 0;
+  for (int step = 0; step < 30; ++step) {
+    const int k = step == 0 ? hint : (step <= hint ? step - 1 : step);
+    int limit = INT_MAX;
+    if (best >= 0 && bestKey < kDegenerate)
+      limit = static_cast<int>(bestKey) + (k < best ? 1 : 0);
+    bool nearDegenerate = false;
+    const int c = CountDiagramCrossingsUpTo(chain, frames[k], limit, nearDegenerate);
+    if (c >= limit)
+      continue;
+    const long key = (nearDegenerate ? kDegenerate : 0L) + c;
+    if (best < 0 || key < bestKey || (key == bestKey && k < best)) {
+      best = k;
+      bestKey = key;
+    }
+  }
+  return best;
+}
+
 } // namespace tresk
 
 namespace tresk {

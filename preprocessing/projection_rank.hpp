@@ -30,6 +30,9 @@ int CountCrossings(const std::vector<ChainAtom>& chain, const ProjectionFrame& f
 std::array<int, 30> RankPlanes(const std::vector<ChainAtom>& chain);
 // Only the first `wanted` entries of that order are guaranteed; the rest follow in some order.
 std::array<int, 30> RankPlanesTop(const std::vector<ChainAtom>& chain, int wanted);
+// RankPlanes(chain)[0], counting the plane `hint` first: a good guess (the best plane of a
+// similar chain) makes every other count stop early. The answer does not depend on the hint.
+int BestPlane(const std::vector<ChainAtom>& chain, int hint);
 
 // The least number of crossings over the 30 planes, near-degenerate planes left out, capped at
 // `below` (`below` when no clean plane has fewer; INT_MAX when every plane is near-degenerate).

@@ -257,7 +257,8 @@ TEST(ChainReduce, OpenChainCutsKeepEveryClosuresKnot) {
 // every plane of the trial: chains with shortcuts made in several planes, then corner-cut, with
 // vertices dropped (the widest among them, so the hair narrows), with a far vertex added (the
 // hair widens) and with a vertex touching another (near-degenerate pairs), for many caps and
-// plane orders; and the round chain's ranking.
+// plane orders; and the round chain's ranking, its best plane whatever plane is tried first
+// and its two best planes alone.
 TEST(ChainReduce, ClassifiedPairsGiveEveryTrialsFewestCrossings) {
   std::vector<std::pair<std::string, std::vector<ChainAtom>>> chains = {
       {"trefoil", zoo::RandomlyRotated(zoo::TorusKnot(2, 3, 24), 1)},
@@ -306,6 +307,12 @@ TEST(ChainReduce, ClassifiedPairsGiveEveryTrialsFewestCrossings) {
       trials.push_back({chain.begin(), chain.end() - static_cast<long>(cut)});
     for (size_t t = 0; t < trials.size(); ++t) {
       SCOPED_TRACE("trial " + std::to_string(t));
+      const std::array<int, 30> rank = tresk::RankPlanes(trials[t]);
+      for (int hint : {0, 13, 29, static_cast<int>(t % 30)})
+        ASSERT_EQ(tresk::BestPlane(trials[t], hint), rank[0]) << hint;
+      const std::array<int, 30> top = tresk::RankPlanesTop(trials[t], 2);
+      ASSERT_EQ(std::vector<int>(top.begin(), top.begin() + 2),
+                std::vector<int>(rank.begin(), rank.begin() + 2));
       for (int cap : {INT_MAX, 1, 2, 3, 5, 8, 13, 40}) {
         std::array<int, 30> order = pairs.Rank();
         if (cap % 2)
