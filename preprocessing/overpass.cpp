@@ -287,7 +287,8 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
 bool MinimalDiagram(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
                     int crossings) {
   const int m = static_cast<int>(chain.size());
-  if (m < 4 || crossings < 1)
+  // m segments cross in at most m(m-3)/2 pairs (INT_MAX stands for "every plane degenerate").
+  if (m < 4 || crossings < 1 || crossings > static_cast<long long>(m) * (m - 3) / 2)
     return false;
   std::vector<P2> p(m);
   std::vector<double> h(m);
