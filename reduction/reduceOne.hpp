@@ -336,6 +336,19 @@ inline int SideCandidates(const Plane& f, __m128 hp, __m128 ahead) {
 inline int LowestBit(int bits) {
   return __builtin_ctz(static_cast<unsigned>(bits));
 }
+
+// The first segment among the scan's candidates (bit b = segment k + b, in chain order) that
+// blocks the corner, -1 when none: the hint was tested before and is skipped.
+inline int FirstBlockingCandidate(const Cycle& c, int m, int hint, const fPointR3* triangle, int k,
+                                  int candidates) {
+  for (int rest = candidates; rest != 0; rest &= rest - 1) {
+    const int j = k + LowestBit(rest);
+    const int s = c.positions[j];
+    if (s != hint && Tested(c, m, s) && BlocksAt(c, triangle, j))
+      return s;
+  }
+  return -1;
+}
 #endif
 
 #ifdef TRESK_REDUCE_AVX2
@@ -389,12 +402,10 @@ ScanAvx2(const Cycle& c, int m, int hint, const fPointR3* triangle, const Plane&
   __m256 heights = Heights8(c, f, 0);
   for (; k + 16 <= c.size; k += 8) {
     const __m256 ahead = Heights8(c, f, k + 8);
-    for (int rest = SideCandidates8(f, heights, ahead); rest != 0; rest &= rest - 1) {
-      const int j = k + LowestBit(rest);
-      const int s = c.positions[j];
-      if (s != hint && Tested(c, m, s) && BlocksAt(c, triangle, j))
-        return s;
-    }
+    const int s =
+        FirstBlockingCandidate(c, m, hint, triangle, k, SideCandidates8(f, heights, ahead));
+    if (s >= 0)
+      return s;
     heights = ahead;
   }
   return -1;
@@ -466,12 +477,10 @@ TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
   __m128 heights = k + 8 <= c.size ? Heights4(c, plane, k) : _mm_setzero_ps();
   for (; k + 8 <= c.size; k += 4) {
     const __m128 ahead = Heights4(c, plane, k + 4);
-    for (int rest = SideCandidates(plane, heights, ahead); rest != 0; rest &= rest - 1) {
-      const int j = k + LowestBit(rest);
-      const int s = c.positions[j];
-      if (s != hint && Tested(c, m, s) && BlocksAt(c, triangle, j))
-        return Remember(c, m, s);
-    }
+    const int s =
+        FirstBlockingCandidate(c, m, hint, triangle, k, SideCandidates(plane, heights, ahead));
+    if (s >= 0)
+      return Remember(c, m, s);
     heights = ahead;
   }
 #endif
