@@ -393,19 +393,104 @@ __attribute__((target("avx2"))) inline int SideCandidates8(const Plane& f, __m25
   return ~_mm256_movemask_ps(proved) & 255;
 }
 
+// ReduceDet3 of eight column triples at once, with the same products and sums in the same order.
+struct Vec8 {
+  __m256 x, y, z;
+};
+
+__attribute__((target("avx2"))) inline __m256 Det8(const Vec8& a, const Vec8& b, const Vec8& c) {
+  const __m256 plus = _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(_mm256_mul_ps(a.x, b.y), c.z),
+                                                  _mm256_mul_ps(_mm256_mul_ps(a.y, b.z), c.x)),
+                                    _mm256_mul_ps(_mm256_mul_ps(b.x, a.z), c.y));
+  const __m256 minus = _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(_mm256_mul_ps(c.x, b.y), a.z),
+                                                   _mm256_mul_ps(_mm256_mul_ps(c.y, b.z), a.x)),
+                                     _mm256_mul_ps(_mm256_mul_ps(b.x, c.z), a.y));
+  return _mm256_sub_ps(plus, minus);
+}
+
+__attribute__((target("avx2"))) inline Vec8 Broadcast8(const fPointR3& p) {
+  return Vec8{_mm256_set1_ps(p.x), _mm256_set1_ps(p.y), _mm256_set1_ps(p.z)};
+}
+
+__attribute__((target("avx2"))) inline Vec8 Sub8(const Vec8& p, const Vec8& q) {
+  return Vec8{_mm256_sub_ps(p.x, q.x), _mm256_sub_ps(p.y, q.y), _mm256_sub_ps(p.z, q.z)};
+}
+
+// Lane masks: x < y, x <= y (false with NaN, as the scalar comparisons), and, or.
+__attribute__((target("avx2"))) inline __m256 lt(__m256 x, __m256 y) {
+  return _mm256_cmp_ps(x, y, _CMP_LT_OQ);
+}
+__attribute__((target("avx2"))) inline __m256 le(__m256 x, __m256 y) {
+  return _mm256_cmp_ps(x, y, _CMP_LE_OQ);
+}
+__attribute__((target("avx2"))) inline __m256 both(__m256 x, __m256 y) {
+  return _mm256_and_ps(x, y);
+}
+__attribute__((target("avx2"))) inline __m256 either(__m256 x, __m256 y) {
+  return _mm256_or_ps(x, y);
+}
+
+// SegmentTriangleTest for the compact segments k .. k+7 (points k .. k+8 must exist), as bits
+// 0 .. 7 set where the answer is not 0. Each lane runs the scalar test's operations in the same
+// order (IEEE division included), so it rounds exactly as the scalar test does; every
+// condition is evaluated, which gives the scalar answer (its early exits only skip conditions
+// that could no longer make it non-zero). Eight tests at once cost about two scalar ones.
+__attribute__((target("avx2"))) inline int NonZeroTests8(const Cycle& c, const fPointR3* triangle,
+                                                         int k) {
+  const __m256 E = _mm256_set1_ps(1e-5f), L = _mm256_set1_ps(0.99999f);
+  const __m256 M = _mm256_set1_ps(-1e-5f), H = _mm256_set1_ps(1.00001f);
+  const Vec8 p{_mm256_loadu_ps(c.xs + k), _mm256_loadu_ps(c.ys + k), _mm256_loadu_ps(c.zs + k)};
+  const Vec8 q{_mm256_loadu_ps(c.xs + k + 1), _mm256_loadu_ps(c.ys + k + 1),
+               _mm256_loadu_ps(c.zs + k + 1)};
+  const Vec8 a = Broadcast8(triangle[0]);
+  const Vec8 e1 = Broadcast8(ReduceSub(triangle[1], triangle[0]));
+  const Vec8 e2 = Broadcast8(ReduceSub(triangle[2], triangle[0]));
+  const Vec8 d = Sub8(p, q), w = Sub8(p, a);
+  const __m256 D = Det8(d, e1, e2);
+  const __m256 s = _mm256_div_ps(Det8(w, e1, e2), D);
+  const __m256 u = _mm256_div_ps(Det8(d, w, e2), D);
+  const __m256 v = _mm256_div_ps(Det8(d, e1, w), D);
+  const __m256 uv = _mm256_add_ps(u, v);
+  const __m256 sIn = both(lt(M, s), lt(s, H));
+  const __m256 uIn = both(lt(M, u), lt(u, H)), vIn = both(lt(M, v), lt(v, H));
+  const __m256 reach = both(sIn, both(lt(M, u), lt(M, v))); // every non-zero answer needs it
+  const __m256 clear = both(both(both(le(E, s), le(s, L)), both(le(E, u), le(u, L))),
+                            both(both(le(E, v), le(v, L)), le(uv, L)));
+  const __m256 nearAC = both(lt(u, E), vIn);
+  const __m256 nearAB = both(lt(v, E), uIn);
+  const __m256 nearBC = both(both(lt(L, uv), lt(uv, H)), both(uIn, vIn));
+  const __m256 endInside =
+      both(either(lt(s, E), lt(L, s)), lt(uv, H)); // with sIn: s in (M, E) or (L, H)
+  const __m256 answer =
+      either(_mm256_cmp_ps(D, _mm256_setzero_ps(), _CMP_EQ_OQ),
+             both(reach, either(either(clear, either(nearAC, nearAB)), either(nearBC, endInside))));
+  return _mm256_movemask_ps(answer);
+}
+
 // FindBlocker's scan eight segments at a time while points k .. k+15 exist, from k = 0: the
-// start of the first blocking segment, or -1 with k at the first segment left to scan.
+// start of the first blocking segment, or -1 with k at the first segment left to scan. With
+// the usual blocking table (every non-zero answer blocks) a block with two or more candidates
+// is tested eight at a time.
 __attribute__((target("avx2"))) inline int
 ScanAvx2(const Cycle& c, int m, int hint, const fPointR3* triangle, const Plane& f, int& k) {
   if (c.size < 16)
     return -1;
+  const bool usual = !c.blocks[0] && c.blocks[1] && c.blocks[2];
   __m256 heights = Heights8(c, f, 0);
   for (; k + 16 <= c.size; k += 8) {
     const __m256 ahead = Heights8(c, f, k + 8);
-    const int s =
-        FirstBlockingCandidate(c, m, hint, triangle, k, SideCandidates8(f, heights, ahead));
-    if (s >= 0)
-      return s;
+    const int candidates = SideCandidates8(f, heights, ahead);
+    if (usual && candidates != 0) {
+      for (int rest = candidates & NonZeroTests8(c, triangle, k); rest != 0; rest &= rest - 1) {
+        const int s = c.positions[k + LowestBit(rest)];
+        if (s != hint && Tested(c, m, s))
+          return s;
+      }
+    } else if (candidates != 0) {
+      const int s = FirstBlockingCandidate(c, m, hint, triangle, k, candidates);
+      if (s >= 0)
+        return s;
+    }
     heights = ahead;
   }
   return -1;
