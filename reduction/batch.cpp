@@ -20,7 +20,7 @@ tresk::ReduceScratch HostScratch(int n) {
   const size_t points = static_cast<size_t>(n);
   if (ints.size() < points * tresk::kReduceIntsPerPoint) {
     ints.resize(points * tresk::kReduceIntsPerPoint);
-    floats.resize(points * tresk::kReduceFloatsPerPoint);
+    floats.resize((points + tresk::kReduceHostPad) * tresk::kReduceFloatsPerPoint);
   }
   return tresk::ReduceScratch{ints.data(), floats.data()};
 }

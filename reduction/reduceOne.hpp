@@ -90,8 +90,13 @@ TRESK_HD TRESK_REDUCE_INLINE int SegmentTriangleTest(const fPointR3* triangle,
 // Working memory of the reduction: per point kReduceIntsPerPoint ints and kReduceFloatsPerPoint
 // floats. A batch lays both out parallel to its point buffer (the job starting at position b
 // uses the entries from b times the count per point on), so one allocation serves every job.
+// On the host each of the kReduceFloatsPerPoint coordinate arrays has kReduceHostPad more
+// entries: a copy of point 0 after the last point (so the closing segment is an ordinary one)
+// and room for the eight-wide scan to read past it; a chain of n points then takes
+// kReduceFloatsPerPoint * (n + kReduceHostPad) floats.
 constexpr int kReduceIntsPerPoint = 11;
 constexpr int kReduceFloatsPerPoint = 3;
+constexpr int kReduceHostPad = 17;
 struct ReduceScratch {
   int* ints;
   float* floats;
@@ -144,7 +149,8 @@ struct Cycle {
   int* linkNext;
   int* linkPrev;
   // The points still present, in chain order: coordinates and original positions, as separate
-  // arrays (the host loads four points' x, y or z at once).
+  // arrays (the host loads four or eight points' x, y or z at once, and keeps a copy of point 0
+  // at index size).
   int size;
   float* xs;
   float* ys;
@@ -467,19 +473,19 @@ __attribute__((target("avx2"))) inline int NonZeroTests8(const Cycle& c, const f
   return _mm256_movemask_ps(answer);
 }
 
-// FindBlocker's scan eight segments at a time while points k .. k+15 exist, from k = 0: the
-// start of the first blocking segment, or -1 with k at the first segment left to scan. With
-// the usual blocking table (every non-zero answer blocks) a block with two or more candidates
-// is tested eight at a time.
-__attribute__((target("avx2"))) inline int
-ScanAvx2(const Cycle& c, int m, int hint, const fPointR3* triangle, const Plane& f, int& k) {
-  if (c.size < 16)
-    return -1;
+// FindBlocker's whole scan, eight segments at a time: the start of the first blocking segment,
+// or -1. The last segment runs to the copy of point 0 at index size, and lanes past it are
+// dropped (they read the host padding). With the usual blocking table (every non-zero answer
+// blocks) a block with a candidate is tested eight at a time.
+__attribute__((target("avx2"))) inline int ScanAvx2(const Cycle& c, int m, int hint,
+                                                    const fPointR3* triangle, const Plane& f) {
   const bool usual = !c.blocks[0] && c.blocks[1] && c.blocks[2];
   __m256 heights = Heights8(c, f, 0);
-  for (; k + 16 <= c.size; k += 8) {
+  for (int k = 0; k < c.size; k += 8) {
     const __m256 ahead = Heights8(c, f, k + 8);
-    const int candidates = SideCandidates8(f, heights, ahead);
+    int candidates = SideCandidates8(f, heights, ahead);
+    if (c.size - k < 8)
+      candidates &= (1 << (c.size - k)) - 1;
     if (usual && candidates != 0) {
       for (int rest = candidates & NonZeroTests8(c, triangle, k); rest != 0; rest &= rest - 1) {
         const int s = c.positions[k + LowestBit(rest)];
@@ -518,10 +524,10 @@ TRESK_HD inline void Uncompact(Cycle& c, int x) {
   for (int k = lo; k < size; ++k)
     c.positions[k] = c.positions[k + 1];
 #else
-  const size_t bytes = sizeof(float) * static_cast<size_t>(size - lo);
+  const size_t count = static_cast<size_t>(size - lo);
   for (float* f : floats)
-    memmove(f + lo, f + lo + 1, bytes);
-  memmove(c.positions + lo, c.positions + lo + 1, bytes);
+    memmove(f + lo, f + lo + 1, sizeof(float) * (count + 1)); // the copy of point 0 too
+  memmove(c.positions + lo, c.positions + lo + 1, sizeof(int) * count);
 #endif
 }
 
@@ -549,14 +555,13 @@ TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
   }
   const Plane plane = PlaneOf(c, triangle);
   const float first = HeightOf(c, plane, 0);
-  int k = 0;
 #ifdef TRESK_REDUCE_AVX2
   if (HasAvx2()) {
-    const int s = ScanAvx2(c, m, hint, triangle, plane, k);
-    if (s >= 0)
-      return Remember(c, m, s);
+    const int s = ScanAvx2(c, m, hint, triangle, plane);
+    return s >= 0 && Remember(c, m, s);
   }
 #endif
+  int k = 0;
 #ifdef TRESK_REDUCE_SSE
   // Four segments at a time while points k .. k+7 exist; the scalar loop below takes the rest.
   __m128 heights = k + 8 <= c.size ? Heights4(c, plane, k) : _mm_setzero_ps();
@@ -615,8 +620,9 @@ TRESK_HD inline int Remove(Cycle& c, int x) {
 // middle point, until every corner is blocked or 3 points are left. Corner i is tested against
 // the segments before it (0 .. i-2), after it (i+3 .. n-2) and the closing segment when
 // 0 < i < n-3. `blocks[r]` says whether a test result r (0, 1, 2) blocks a corner; it must be
-// {false, true, true}. `scratch` holds n points' worth of words. Only points[0..result-1] are
-// written. Chains of fewer than 4 points (and negative sizes) are returned unchanged.
+// {false, true, true}. `scratch` holds n points' worth of words (on the host the floats of
+// n + kReduceHostPad points). Only points[0..result-1] are written. Chains of fewer than 4
+// points (and negative sizes) are returned unchanged.
 TRESK_HD inline int ReduceChain(fPointR3* points, int n, ReduceScratch scratch,
                                 const bool* blocks) {
   if (n < 4)
@@ -629,8 +635,13 @@ TRESK_HD inline int ReduceChain(fPointR3* points, int n, ReduceScratch scratch,
   for (int i = 0; i < kReduceIntsPerPoint; ++i)
     *ints[i] = scratch.ints + i * n;
   float** floats[] = {&c.xs, &c.ys, &c.zs};
+#ifdef __CUDA_ARCH__
+  const int stride = n;
+#else
+  const int stride = n + kReduceHostPad;
+#endif
   for (int i = 0; i < kReduceFloatsPerPoint; ++i)
-    *floats[i] = scratch.floats + i * n;
+    *floats[i] = scratch.floats + i * stride;
   c.size = n;
   c.blocks = blocks;
   c.sideTest = reduce_detail::InSideRange(points, n, c.lo, c.hi);
@@ -645,6 +656,9 @@ TRESK_HD inline int ReduceChain(fPointR3* points, int n, ReduceScratch scratch,
     c.zs[i] = points[i].z;
     c.positions[i] = i;
   }
+#ifndef __CUDA_ARCH__
+  c.xs[n] = points[0].x, c.ys[n] = points[0].y, c.zs[n] = points[0].z;
+#endif
   int count = n;
   int cursor = c.next[0];
   while (count >= 4) {
