@@ -10,7 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include "preprocessing/chainprep.hpp"
-#include "preprocessing/triangle_tests.hpp" // for SegmentNearTriangle, SharedVertexSegmentEnters
+#include "preprocessing/triangle_tests.hpp" // for SegmentWithinByDistances, SharedVertexSegmentEnters
 #include "preprocessing/vec3.hpp"           // for Vec3
 
 namespace {
@@ -54,9 +54,31 @@ void BM_ReduceTrefoil(benchmark::State& state) {
   }
 }
 
-// The plain corner cutting in double precision, with ChainReduce's contact tests: corners in
-// chain order, each against every other segment, and a restart from the first corner after
-// every erasure. Returns the number of vertices left.
+// The contact test as a plain implementation writes it: a crossing inside the triangle, else
+// the distances of the ends and edges (SegmentNearTriangle adds quick exact rejections).
+bool PlainNearTriangle(tresk::Vec3 p, tresk::Vec3 q, tresk::Vec3 a, tresk::Vec3 b, tresk::Vec3 c,
+                       double tol) {
+  using tresk::Vec3;
+  const Vec3 n = tresk::Cross(b - a, c - a);
+  const double nn = tresk::Norm(n);
+  if (nn > 0.0) {
+    const double dp = tresk::Dot(n, p - a) / nn, dq = tresk::Dot(n, q - a) / nn;
+    if ((dp > tol && dq > tol) || (dp < -tol && dq < -tol))
+      return false;
+    if ((dp > 0.0 && dq < 0.0) || (dp < 0.0 && dq > 0.0)) {
+      const Vec3 x = p + (dp / (dp - dq)) * (q - p);
+      if (tresk::Dot(n, tresk::Cross(b - a, x - a)) >= 0.0 &&
+          tresk::Dot(n, tresk::Cross(c - b, x - b)) >= 0.0 &&
+          tresk::Dot(n, tresk::Cross(a - c, x - c)) >= 0.0)
+        return true;
+    }
+  }
+  return tresk::SegmentWithinByDistances(p, q, a, b, c, tol);
+}
+
+// The plain corner cutting in double precision, with the plain contact test: corners in chain
+// order, each against every other segment, and a restart from the first corner after every
+// erasure. Returns the number of vertices left.
 int PlainCutCorners(std::vector<ChainAtom>& chain) {
   using tresk::Vec3;
   auto same = [](const ChainAtom& a, const ChainAtom& b) {
@@ -86,8 +108,7 @@ int PlainCutCorners(std::vector<ChainAtom>& chain) {
         while (k < 3 && corner[k] != s && corner[k] != e)
           ++k;
         if (k == 3) {
-          blocked =
-              tresk::SegmentNearTriangle(p[s], p[e], p[corner[0]], p[corner[1]], p[corner[2]], tol);
+          blocked = PlainNearTriangle(p[s], p[e], p[corner[0]], p[corner[1]], p[corner[2]], tol);
           continue;
         }
         const int other = corner[k] == s ? e : s;

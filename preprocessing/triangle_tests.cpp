@@ -3,6 +3,7 @@
 #include "preprocessing/triangle_tests.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tresk {
 
@@ -83,8 +84,36 @@ bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
       Vec3 x = p + (dp / (dp - dq)) * (q - p);
       if (InsideTriangle(x, a, b, c, n))
         return true;
+      if (CrossesFarOutside(p, q, a, b, c, n, nn, dp - dq, x, tol))
+        return false;
     }
   }
+  return SegmentWithinByDistances(p, q, a, b, c, tol);
+}
+
+bool CrossesFarOutside(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn, double rise,
+                       Vec3 x, double tol) {
+  if (!(tol >= 1e-100 && tol <= 1e41))
+    return false;
+  const Vec3 corner[3] = {a, b, c};
+  Vec3 edge[3];
+  double length[3];
+  for (int k = 0; k < 3; ++k) {
+    edge[k] = corner[(k + 1) % 3] - corner[k];
+    length[k] = Norm(edge[k]);
+  }
+  if (!(nn > 1e-3 * length[0] * length[2]))
+    return false; // a sliver at a: its normal is not accurate enough for the argument
+  const double reach = 8.0 * tol * (1.0 + Norm(q - p) / std::fabs(rise));
+  for (int k = 0; k < 3; ++k)
+    if (-Dot(n, Cross(edge[k], x - corner[k])) > reach * nn * length[k])
+      return true;
+  return false;
+}
+
+bool SegmentWithinByDistances(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
+  Vec3 n = Cross(b - a, c - a);
+  double nn = Norm(n);
   double tol2 = tol * tol;
   return PointTriangleDistance2(p, a, b, c, n, nn) <= tol2 ||
          PointTriangleDistance2(q, a, b, c, n, nn) <= tol2 ||

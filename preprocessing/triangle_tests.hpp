@@ -11,6 +11,20 @@ namespace tresk {
 // no vertex with the triangle).
 bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol);
 
+// SegmentNearTriangle's last resort: whether the ends, or the closest points of the segment and
+// the triangle's edges, lie within tol of the triangle.
+bool SegmentWithinByDistances(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol);
+
+// A quick exact rejection before those distances, for a segment p-q that crosses the triangle's
+// plane (normal n = (b - a) x (c - a), nn = |n|, heights of p and q above it differing by
+// `rise`) at x outside the triangle. Every point of the segment within tol of the plane lies
+// within tol |q - p| / |rise| of x, so when x lies beyond one edge's line by 8 times
+// tol (1 + |q - p| / |rise|), no point of the segment comes within tol of the triangle and the
+// distances would all exceed tol (the factor 8 dwarfs every rounding error for tol between
+// 1e-100 and 1e41; slivers whose normal is inaccurate are left alone).
+bool CrossesFarOutside(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn, double rise,
+                       Vec3 x, double tol);
+
 // The segment s-x shares the vertex s with the triangle s-o1-o2. True when the segment meets
 // the triangle anywhere but at s, or runs so close to its plane (angle below `angleTol`) that
 // the answer is in doubt.

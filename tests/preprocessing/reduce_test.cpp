@@ -153,6 +153,31 @@ TEST(ChainReduce, QuickRejectionOnlyOfMisses) {
     }
   }
   EXPECT_GT(rejected, 1000);
+  // Segments through a point of the plane a few tol outside an edge (or a corner), steep to
+  // shallow: the crossing rejection may only fire where the distances find no contact.
+  int fired = 0;
+  for (int trial = 0; trial < 20000; ++trial) {
+    tresk::Vec3 v[3];
+    for (tresk::Vec3& x : v)
+      x = {scale * u(gen), scale * u(gen), scale * u(gen)};
+    const tresk::Vec3 a = v[trial % 3], b = v[(trial + 1) % 3], c = v[(trial + 2) % 3];
+    const tresk::Vec3 n = tresk::Cross(b - a, c - a), edge = b - a;
+    const tresk::Vec3 out = (1.0 / tresk::Norm(tresk::Cross(n, edge))) * tresk::Cross(edge, n);
+    const double t = trial % 5 == 0 ? -0.001 * (trial % 7) : std::clamp(u(gen), 0.0, 1.0);
+    const tresk::Vec3 y = a + t * edge + (tol * (trial % 40)) * out;
+    const tresk::Vec3 dir = (1.0 / tresk::Norm(n)) * n +
+                            std::pow(10.0, trial % 9 - 4) * tresk::Vec3{u(gen), u(gen), u(gen)};
+    const tresk::Vec3 p = y + (0.01 + std::fabs(u(gen))) * dir,
+                      q = y - (0.01 + std::fabs(u(gen))) * dir;
+    const double nn = tresk::Norm(n);
+    const double dp = tresk::Dot(n, p - a) / nn, dq = tresk::Dot(n, q - a) / nn;
+    const tresk::Vec3 x = p + (dp / (dp - dq)) * (q - p);
+    if (dp * dq < 0.0 && tresk::CrossesFarOutside(p, q, a, b, c, n, nn, dp - dq, x, tol)) {
+      ++fired;
+      EXPECT_FALSE(tresk::SegmentWithinByDistances(p, q, a, b, c, tol)) << trial;
+    }
+  }
+  EXPECT_GT(fired, 1000);
 }
 
 TEST(ChainReduce, TinyChainsUnchanged) {
