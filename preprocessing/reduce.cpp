@@ -43,16 +43,18 @@ constexpr int kMaxShortcutRounds = 32;
 constexpr int kAllPlanesSize = 64;
 constexpr size_t kMaxShortcutSize = 400;
 
-// A segment is named by its first vertex s (it runs s -> next[s]); `version` tells whether a
-// stored entry still describes the current segment of s.
-struct SegmentRef {
-  int start;
-  unsigned version;
-};
-
 struct Box {
   Vec3 lo;
   Vec3 hi;
+};
+
+// A segment is named by its first vertex s (it runs s -> next[s]); `version` tells whether a
+// stored entry still describes the current segment of s (it changes when the segment does and
+// when s is erased), and then `box` is the segment's box.
+struct SegmentRef {
+  int start;
+  unsigned version;
+  Box box;
 };
 
 Box BoxOf(Vec3 a, Vec3 b) {
@@ -163,9 +165,9 @@ struct Reducer {
   void Insert(int s) {
     if (s == openEnd)
       return;
-    SegmentRef ref{s, version[s]};
+    SegmentRef ref{s, version[s], BoxOf(pts[s], pts[next[s]])};
     int lo[3], hi[3];
-    CellRange(BoxOf(pts[s], pts[next[s]]), lo, hi);
+    CellRange(ref.box, lo, hi);
     long span = long(hi[0] - lo[0] + 1) * (hi[1] - lo[1] + 1) * (hi[2] - lo[2] + 1);
     if (span > kMaxCellsPerSegment) {
       wide.push_back(ref);
@@ -276,54 +278,64 @@ struct Reducer {
     Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
     // Segments clearly apart from the triangle along one of its edge lines cannot block it.
     const TriangleSeparation apart(t.p[0], t.p[1], t.p[2], tol, scale);
-    auto test = [&](int s) {
+    // `segmentBox` is the box of the segment starting at s.
+    auto test = [&](int s, const Box& segmentBox) {
       if (s == t.skip1 || s == t.skip2 || s == openEnd)
         return false;
       for (int k = 0; k < nearCount; ++k)
         if (near[k] == s)
           return false;
-      return Overlap(box, BoxOf(pts[s], pts[next[s]])) && !apart.Separated(pts[s], pts[next[s]]) &&
-             Blocks(s, t);
+      return Overlap(box, segmentBox) && !apart.Separated(pts[s], pts[next[s]]) && Blocks(s, t);
     };
     if (!useGrid) {
       int s = t.skip1;
       do {
-        if (test(s))
+        if (test(s, BoxOf(pts[s], pts[next[s]])))
           return s;
         s = next[s];
       } while (s != t.skip1);
       return -1;
     }
     ++stamp;
-    // Stale entries are dropped from every list looked at (the current ones keep their order,
-    // so the blocker found does not depend on when a list was last cleaned).
+    // Stale entries are dropped from every list looked at, up to the blocker found (the current
+    // ones keep their order, so the blocker found does not depend on when a list was cleaned).
     auto scan = [&](std::vector<SegmentRef>& list) {
-      if (list.empty())
-        return -1;
-      size_t kept = 0;
-      for (const SegmentRef& r : list)
-        if (alive[r.start] && version[r.start] == r.version)
-          list[kept++] = r;
-      list.resize(kept);
-      for (const SegmentRef& r : list) {
-        if (seen[r.start] == stamp)
+      const size_t size = list.size();
+      size_t kept = 0, r = 0;
+      int found = -1;
+      for (; r < size && found < 0; ++r) {
+        const SegmentRef& ref = list[r];
+        if (version[ref.start] != ref.version)
           continue;
-        seen[r.start] = stamp;
-        if (test(r.start))
-          return r.start;
+        if (kept != r)
+          list[kept] = ref;
+        ++kept;
+        if (seen[ref.start] != stamp) {
+          seen[ref.start] = stamp;
+          if (test(ref.start, ref.box))
+            found = ref.start;
+        }
       }
-      return -1;
+      if (kept != r) { // close the gap left by stale entries
+        std::copy(list.begin() + static_cast<long>(r), list.end(),
+                  list.begin() + static_cast<long>(kept));
+        list.resize(kept + (size - r));
+      }
+      return found;
     };
     int found = scan(wide);
     if (found >= 0)
       return found;
     int lo[3], hi[3];
     CellRange(box, lo, hi);
+    // A large triangle covers hundreds of cells, most of them empty.
     for (int i = lo[0]; i <= hi[0]; ++i)
-      for (int j = lo[1]; j <= hi[1]; ++j)
+      for (int j = lo[1]; j <= hi[1]; ++j) {
+        std::vector<SegmentRef>* row = cells.data() + (size_t(i) * dims[1] + j) * dims[2];
         for (int k = lo[2]; k <= hi[2]; ++k)
-          if ((found = scan(cells[(size_t(i) * dims[1] + j) * dims[2] + k])) >= 0)
+          if (!row[k].empty() && (found = scan(row[k])) >= 0)
             return found;
+      }
     return -1;
   }
 
@@ -351,6 +363,7 @@ struct Reducer {
     next[a] = b;
     prev[b] = a;
     alive[v] = 0;
+    ++version[v]; // its segment is gone
     --count;
     for (int w : blockedBy[v])
       Enqueue(w);
