@@ -513,11 +513,14 @@ void ShortcutPasses(std::vector<ChainAtom>& chain) {
   tresk::DiagramPairs pairs;
   std::array<int, 30> identity;
   std::iota(identity.begin(), identity.end(), 0);
-  int current = memo.Fewest(chain, INT_MAX, identity);
+  // The first round's pairs also give the starting chain's own fewest crossings (every pair is
+  // known: no diagram is counted again).
+  const bool pairedAtStart = static_cast<int>(chain.size()) <= kAllPlanesSize && pairs.Build(chain);
+  int current = memo.Fewest(chain, INT_MAX, identity, pairedAtStart ? &pairs : nullptr);
   for (int round = 0; round < kMaxShortcutRounds && current > 0; ++round) {
     int m = static_cast<int>(chain.size());
     int planes = m <= kAllPlanesSize ? 30 : 4;
-    const bool paired = planes == 30 && pairs.Build(chain);
+    const bool paired = planes == 30 && ((round == 0 && pairedAtStart) || pairs.Build(chain));
     std::array<int, 30> rank = paired ? pairs.Rank() : RankPlanesTop(chain, planes);
     tresk::DiagramPairs* known = paired ? &pairs : nullptr;
     bool minimal = false;
