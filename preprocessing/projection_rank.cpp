@@ -207,7 +207,7 @@ bool DiagramPairs::Build(const std::vector<ChainAtom>& chain) {
     return false;
   chain_ = chain;
   points_.resize(30 * size_t(n));
-  Seg s[kMaxVertices];
+  Seg s[kMaxVertices], narrow[kMaxVertices], wide[kMaxVertices];
   for (int p = 0; p < 30; ++p) {
     const ProjectionFrame& frame = ProjectionFrames()[p];
     Plane& pl = planes_[p];
@@ -224,18 +224,35 @@ bool DiagramPairs::Build(const std::vector<ChainAtom>& chain) {
     }
     pl.scale = scale;
     pl.hair = kRelativeHair * std::max(scale, 1e-300);
+    pl.narrowHair = pl.hair / kHairRange;
+    pl.wideHair = pl.hair * kHairRange;
     pl.shortSegments = 0;
     pl.crossings = pl.degeneratePairs = 0;
+    uint64_t shortWide = 0;
     for (int i = 0; i < n; ++i) {
-      if (!MakeSeg(s[i].a, s[i + 1 < n ? i + 1 : 0].a, pl.hair, s[i]))
+      const P2 b = s[i + 1 < n ? i + 1 : 0].a;
+      if (!MakeSeg(s[i].a, b, pl.hair, s[i]))
         pl.shortSegments |= uint64_t(1) << i;
-      pl.cross[i] = pl.degenerate[i] = 0;
+      MakeSeg(s[i].a, b, pl.narrowHair, narrow[i]);
+      if (!MakeSeg(s[i].a, b, pl.wideHair, wide[i]))
+        shortWide |= uint64_t(1) << i;
+      pl.cross[i] = pl.degenerate[i] = pl.unsteady[i] = 0;
       pl.crossCount[i] = pl.degenerateCount[i] = 0;
     }
     for (int i = 0; i + 2 < n; ++i) {
       int last = i == 0 ? n - 1 : n;
       for (int j = i + 2; j < last; ++j) {
+        const Seg &A = wide[i], &B = wide[j];
+        if (B.xlo > A.xhi || A.xlo > B.xhi || B.ylo > A.yhi || A.ylo > B.yhi)
+          continue; // apart at every hair up to the widest (Classify's first test)
         PairMeet meet = Classify(s[i], s[j], pl.hair);
+        // A segment too short at some hair of the range has a length that depends on it.
+        if (((shortWide >> i) & 1) || ((shortWide >> j) & 1) ||
+            Classify(narrow[i], narrow[j], pl.narrowHair) !=
+                Classify(wide[i], wide[j], pl.wideHair)) {
+          pl.unsteady[i] |= uint64_t(1) << j;
+          pl.unsteady[j] |= uint64_t(1) << i;
+        }
         if (meet == PairMeet::apart)
           continue;
         const bool crossing = meet == PairMeet::crossing;
@@ -301,6 +318,10 @@ int DiagramPairs::Fewest(const std::vector<ChainAtom>& other, int below,
       fresh[freshCount++] = t;
   const uint64_t all = n == 64 ? ~uint64_t(0) : (uint64_t(1) << n) - 1;
   const uint64_t gone = all & ~kept;
+  int where[kMaxVertices]; // other's segment for each kept segment of the chain
+  for (int t = 0; t < m; ++t)
+    if (segment[t] >= 0)
+      where[segment[t]] = t;
   Seg s[kMaxVertices * 2];
   int fewest = below;
   for (int k = 0; k < 30 && fewest > 0; ++k) {
@@ -325,60 +346,76 @@ int DiagramPairs::Fewest(const std::vector<ChainAtom>& other, int below,
       s[t].a = {Dot(a, frame.u), Dot(a, frame.v)};
       scale = std::max({scale, std::fabs(s[t].a.x), std::fabs(s[t].a.y)});
     }
-    if (scale >= pl.scale) {
-      // The pairs of kept segments. With a hair at least as wide a pair crossing or too close
-      // to call stays crossing or too close to call (every tolerance test widens, and a
-      // rounded operation is monotone), and a segment too short stays too short: at least
-      // that many crossings, or a near-degenerate diagram.
-      if (pl.shortSegments & kept)
-        continue;
-      int crossings = pl.crossings, degenerate = pl.degeneratePairs;
-      int twiceBoth = 0, twiceBothDegenerate = 0;
-      for (uint64_t rest = gone; rest != 0; rest &= rest - 1) {
+    // The hair CountCrossings would use for `other` in this plane.
+    const double hair = kRelativeHair * std::max(scale, 1e-300);
+    const bool same = scale == pl.scale;
+    const bool steady = !same && pl.narrowHair <= hair && hair <= pl.wideHair;
+    // The pairs of kept segments as classified at the chain's hair. With a hair at least as
+    // wide a pair crossing or too close to call stays crossing or too close to call (every
+    // tolerance test widens, and a rounded operation is monotone), and a segment too short
+    // stays too short: at least that many crossings, or a near-degenerate diagram.
+    if (scale >= pl.scale && (pl.shortSegments & kept))
+      continue;
+    int crossings = pl.crossings, degenerate = pl.degeneratePairs;
+    int twiceBoth = 0, twiceBothDegenerate = 0;
+    for (uint64_t rest = gone; rest != 0; rest &= rest - 1) {
+      const int i = __builtin_ctzll(rest);
+      crossings -= pl.crossCount[i];
+      degenerate -= pl.degenerateCount[i];
+      for (uint64_t b = pl.cross[i] & gone; b != 0; b &= b - 1)
+        ++twiceBoth;
+      for (uint64_t b = pl.degenerate[i] & gone; b != 0; b &= b - 1)
+        ++twiceBothDegenerate;
+    }
+    crossings += twiceBoth / 2;
+    degenerate += twiceBothDegenerate / 2;
+    if (scale >= pl.scale && (degenerate > 0 || crossings >= fewest))
+      continue;
+    if (same || steady) {
+      // The same hair: the kept pairs are exactly as counted. A hair in the steady range: so
+      // are they, except the unsteady ones, classified again here. Then the pairs with a new
+      // segment.
+      bool clean = true;
+      for (int t = 0; t < m; ++t)
+        if (from[t] >= 0)
+          s[t].a = {known[from[t]][0], known[from[t]][1]};
+      for (int t = 0; t < m && clean; ++t)
+        clean =
+            MakeSeg(s[t].a, s[t + 1 < m ? t + 1 : 0].a, hair, s[t]) || (same && segment[t] >= 0);
+      for (uint64_t rest = steady && clean ? kept : 0; rest != 0; rest &= rest - 1) {
         const int i = __builtin_ctzll(rest);
-        crossings -= pl.crossCount[i];
-        degenerate -= pl.degenerateCount[i];
-        for (uint64_t b = pl.cross[i] & gone; b != 0; b &= b - 1)
-          ++twiceBoth;
-        for (uint64_t b = pl.degenerate[i] & gone; b != 0; b &= b - 1)
-          ++twiceBothDegenerate;
-      }
-      crossings += twiceBoth / 2;
-      degenerate += twiceBothDegenerate / 2;
-      if (degenerate > 0 || crossings >= fewest)
-        continue;
-      if (scale == pl.scale) {
-        // The same hair: the kept pairs are exactly as counted, only pairs with a new segment
-        // are left.
-        const double hair = pl.hair;
-        bool clean = true;
-        for (int t = 0; t < m; ++t)
-          if (from[t] >= 0)
-            s[t].a = {known[from[t]][0], known[from[t]][1]};
-        for (int t = 0; t < m && clean; ++t)
-          clean = MakeSeg(s[t].a, s[t + 1 < m ? t + 1 : 0].a, hair, s[t]) || segment[t] >= 0;
-        for (int t = 0; t < m && clean && crossings < fewest; ++t) {
-          if (segment[t] >= 0)
-            continue;
-          // Every other segment but the two neighbours; two new ones meet once (from the
-          // first).
-          for (int u = 0; u < m; ++u) {
-            const int gap = u > t ? u - t : t - u;
-            if (gap <= 1 || gap == m - 1 || (segment[u] < 0 && u < t))
-              continue;
-            PairMeet meet = Classify(s[t], s[u], hair);
-            if (meet == PairMeet::degenerate) {
-              clean = false;
-              break;
-            }
-            if (meet == PairMeet::crossing && ++crossings >= fewest)
-              break;
-          }
+        const uint64_t later = ~((uint64_t(2) << i) - 1);
+        for (uint64_t b = pl.unsteady[i] & kept & later; b != 0; b &= b - 1) {
+          const int j = __builtin_ctzll(b);
+          crossings -= static_cast<int>((pl.cross[i] >> j) & 1);
+          degenerate -= static_cast<int>((pl.degenerate[i] >> j) & 1);
+          const PairMeet meet = Classify(s[where[i]], s[where[j]], hair);
+          crossings += meet == PairMeet::crossing;
+          degenerate += meet == PairMeet::degenerate;
         }
-        if (clean && crossings < fewest)
-          fewest = crossings;
-        continue;
       }
+      if (!clean || degenerate > 0)
+        continue; // a near-degenerate diagram
+      for (int t = 0; t < m && clean && crossings < fewest; ++t) {
+        if (segment[t] >= 0)
+          continue;
+        // Every other segment but the two neighbours; two new ones meet once (from the first).
+        for (int u = 0; u < m; ++u) {
+          const int gap = u > t ? u - t : t - u;
+          if (gap <= 1 || gap == m - 1 || (segment[u] < 0 && u < t))
+            continue;
+          PairMeet meet = Classify(s[t], s[u], hair);
+          if (meet == PairMeet::degenerate) {
+            clean = false;
+            break;
+          }
+          if (meet == PairMeet::crossing && ++crossings >= fewest)
+            break;
+        }
+      }
+      if (clean && crossings < fewest)
+        fewest = crossings;
+      continue;
     }
     // Another hair: every pair is counted again.
     bool nearDegenerate = false;

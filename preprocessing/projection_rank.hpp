@@ -58,13 +58,18 @@ public:
   int Fewest(const std::vector<ChainAtom>& other, int below, const std::array<int, 30>& order);
 
 private:
+  // A trial whose diagram has another scale has another hair. Each pair is also classified at
+  // kHairRange times narrower and wider hairs; where both agree, every hair in between gives
+  // the same answer (each tolerance test is monotone in the hair), so only the other pairs
+  // ("unsteady") are classified again for a trial whose hair lies in that range.
+  static constexpr double kHairRange = 4.0;
   struct Plane {
-    double scale, hair;
+    double scale, hair, narrowHair, wideHair;
     int widest;          // a vertex whose coordinate sets the scale
     int crossings;       // clean crossing pairs of the whole diagram
     int degeneratePairs; // pairs too close to call
     uint64_t shortSegments;
-    std::array<uint64_t, kMaxVertices> cross, degenerate; // pairs, by segment
+    std::array<uint64_t, kMaxVertices> cross, degenerate, unsteady; // pairs, by segment
     std::array<int, kMaxVertices> crossCount, degenerateCount;
   };
   std::vector<ChainAtom> chain_;

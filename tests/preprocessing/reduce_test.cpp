@@ -293,7 +293,8 @@ TEST(ChainReduce, ClassifiedPairsGiveEveryTrialsFewestCrossings) {
       {"coil, a vertex on another", ClimbingCoil(30, 5)}};
   chains.back().second[12] = chains.back().second[3];
   // A vertex 1e-7 from a segment: apart at this hair, too close to call at a 1000 times wider
-  // one (the far vertex below), and the other way round once the far vertex is gone.
+  // one (the far vertex below) and at one a few times wider, and the other way round once the
+  // far vertex is gone.
   std::vector<ChainAtom> nearMiss = ClimbingCoil(30, 6);
   const ChainAtom &p = nearMiss[3], &q = nearMiss[4];
   nearMiss[15] = {(p.x + q.x) / 2 + 1e-7, (p.y + q.y) / 2, (p.z + q.z) / 2, 16};
@@ -323,6 +324,13 @@ TEST(ChainReduce, ClassifiedPairsGiveEveryTrialsFewestCrossings) {
       trials.push_back(trial);
       trial.insert(trial.begin() + static_cast<long>(gen() % trial.size()), {3e4, -2e4, 1e4, 0});
       trials.push_back(trial);
+    }
+    double reach = 0.0; // a vertex 1.2 to 3 times as far out widens the hair within the range
+    for (const ChainAtom& a : chain)
+      reach = std::max({reach, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
+    for (double f : {1.2, 2.0, 3.0}) {
+      trials.push_back(chain);
+      trials.back().insert(trials.back().begin() + 9, {f * reach, -f * reach, f * reach / 2, 0});
     }
     for (size_t drop = 0; drop < chain.size(); ++drop) {
       trials.push_back(chain);
