@@ -13,11 +13,17 @@ using plane2d::kRelativeHair;
 using plane2d::Orient;
 using plane2d::P2;
 
-double PointSegmentDistance(P2 p, P2 a, P2 b) {
+// The offset from p to the closest point of the segment a-b.
+inline P2 OffsetToSegment(P2 p, P2 a, P2 b) {
   double dx = b.x - a.x, dy = b.y - a.y;
   double len2 = dx * dx + dy * dy;
   double t = len2 > 0.0 ? std::clamp(((p.x - a.x) * dx + (p.y - a.y) * dy) / len2, 0.0, 1.0) : 0.0;
-  return std::hypot(p.x - a.x - t * dx, p.y - a.y - t * dy);
+  return {p.x - a.x - t * dx, p.y - a.y - t * dy};
+}
+
+double PointSegmentDistance(P2 p, P2 a, P2 b) {
+  const P2 o = OffsetToSegment(p, a, b);
+  return std::hypot(o.x, o.y);
 }
 
 // A projected segment's box.
@@ -127,6 +133,32 @@ bool ForEachCrossing(const std::vector<P2>& p, const std::vector<double>& h,
 }
 
 } // namespace
+
+// hypot is taken only for the edges whose squared offset is within a factor 1 + 1e-12 of the
+// least one: hypot and the square root of the rounded sum of squares are both within a few units
+// in the last place of the true length, so the edge with the least hypot is among them and the
+// minimum is the same (outside the range where squares stay normal, every edge is taken).
+double LeastDistance(P2 c, const std::vector<P2>& p, int first, int stop, int skip) {
+  const int m = static_cast<int>(p.size());
+  double least2 = INFINITY;
+  for (int e = first; e != stop; e = e + 1 < m ? e + 1 : 0) {
+    if (e == skip)
+      continue;
+    const P2 o = OffsetToSegment(c, p[e], p[e + 1 < m ? e + 1 : 0]);
+    least2 = std::min(least2, o.x * o.x + o.y * o.y);
+  }
+  const bool normal = least2 >= 1e-280 && least2 <= 1e280;
+  const double bound = least2 * (1.0 + 1e-12);
+  double least = INFINITY;
+  for (int e = first; e != stop; e = e + 1 < m ? e + 1 : 0) {
+    if (e == skip)
+      continue;
+    const P2 o = OffsetToSegment(c, p[e], p[e + 1 < m ? e + 1 : 0]);
+    if (!normal || o.x * o.x + o.y * o.y <= bound)
+      least = std::min(least, std::hypot(o.x, o.y));
+  }
+  return least;
+}
 
 bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& frame) {
   int m = static_cast<int>(chain.size());
@@ -238,14 +270,8 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
       continue;
     // Only a stretch that would become the best needs the chord ends' clearance from the
     // edges that stay.
-    double nearFrom = INFINITY, nearTo = INFINITY;
-    for (int e = to; e != from; e = e + 1 < m ? e + 1 : 0) {
-      const int f = e + 1 < m ? e + 1 : 0;
-      if (e != to)
-        nearTo = std::min(nearTo, PointSegmentDistance(b, p[e], p[f]));
-      if (f != from)
-        nearFrom = std::min(nearFrom, PointSegmentDistance(a, p[e], p[f]));
-    }
+    const double nearTo = LeastDistance(b, p, to, from, to);
+    const double nearFrom = LeastDistance(a, p, to, from, (from + m - 1) % m);
     if (nearFrom <= 1e3 * hair || nearTo <= 1e3 * hair)
       continue;
     int gain = inside - crossings;

@@ -8,6 +8,7 @@
 
 #include "core/records.hpp"             // for ChainAtom
 #include "preprocessing/directions.hpp" // for ProjectionFrame
+#include "preprocessing/plane2d.hpp"    // for P2
 
 namespace tresk {
 
@@ -24,5 +25,11 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
 // bring any diagram lower.
 bool MinimalDiagram(const std::vector<ChainAtom>& chain, const ProjectionFrame& frame,
                     int crossings);
+
+// The least distance (hypot of the offset) from c to the edges e -> e + 1 of the closed polygon
+// p, for e from `first` up to (not including) `stop` round the polygon, leaving out edge `skip`;
+// infinity when there is none. The shortcut search takes the clearance of a chord's ends so.
+double LeastDistance(plane2d::P2 c, const std::vector<plane2d::P2>& p, int first, int stop,
+                     int skip);
 
 } // namespace tresk

@@ -359,3 +359,35 @@ TEST(ChainReduce, ClassifiedPairsGiveEveryTrialsFewestCrossings) {
   }
   EXPECT_GT(below, compared / 4);
 }
+
+// The chord clearance against the plain minimum of every edge's hypot: polygons whose edges all
+// pass within a few units in the last place of one distance from the point (near ties), and
+// random ones, with every edge range and left-out edge.
+TEST(ChainReduce, LeastDistanceIsThePlainMinimum) {
+  using tresk::plane2d::P2;
+  std::mt19937 gen(11);
+  std::uniform_real_distribution<double> u(-1.0, 1.0);
+  for (int trial = 0; trial < 400; ++trial) {
+    const int m = 5 + trial % 12;
+    std::vector<P2> p(m);
+    for (int i = 0; i < m; ++i) {
+      const double angle = 2 * M_PI * i / m,
+                   r = trial % 2 ? 7.0 * (1 + 1e-15 * u(gen)) : 3 + u(gen);
+      p[i] = {r * std::cos(angle) + (trial % 2 ? 0.0 : u(gen)), r * std::sin(angle)};
+    }
+    const P2 c = trial % 2 ? P2{0.0, 0.0} : P2{u(gen), u(gen)};
+    for (int first = 0; first < m; ++first) {
+      const int stop = (first + 2 + trial % (m - 2)) % m, skip = (first + trial) % m;
+      double plain = INFINITY;
+      for (int e = first; e != stop; e = (e + 1) % m) {
+        if (e == skip)
+          continue;
+        const P2 a = p[e], b = p[(e + 1) % m];
+        const double dx = b.x - a.x, dy = b.y - a.y, len2 = dx * dx + dy * dy;
+        const double t = std::clamp(((c.x - a.x) * dx + (c.y - a.y) * dy) / len2, 0.0, 1.0);
+        plain = std::min(plain, std::hypot(c.x - a.x - t * dx, c.y - a.y - t * dy));
+      }
+      ASSERT_EQ(tresk::LeastDistance(c, p, first, stop, skip), plain) << trial << " " << first;
+    }
+  }
+}
