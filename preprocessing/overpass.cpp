@@ -95,6 +95,23 @@ struct Event {
   int state;
 };
 
+// ShortcutBestPass's buffers, one set per thread.
+struct ShortcutBuffers {
+  std::vector<P2> p;
+  std::vector<double> h;
+  std::vector<std::vector<Event>> onEdge;
+  std::vector<Event> events;
+  std::vector<Box2> box;
+};
+
+// Out of line on purpose: a reference bound to a thread_local is folded into the variable, and
+// every use of it then looks the thread's copy up again (hundreds of lookups per call); the
+// pointer returned here is looked up once.
+[[gnu::noinline]] ShortcutBuffers* ThreadShortcutBuffers() {
+  thread_local ShortcutBuffers buffers;
+  return &buffers;
+}
+
 struct Candidate {
   int gain = 0;
   int from = -1, to = -1; // the stretch runs from vertex `from` to vertex `to`
@@ -165,17 +182,12 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
   if (m < 5)
     return false;
   // Called many times per closure: the buffers live on the thread and keep their capacity.
-  // (Used through references: every direct use of a thread_local costs a lookup.)
-  thread_local std::vector<P2> pBuffer;
-  thread_local std::vector<double> hBuffer;
-  thread_local std::vector<std::vector<Event>> onEdgeBuffer;
-  thread_local std::vector<Event> eventsBuffer;
-  thread_local std::vector<Box2> boxBuffer;
-  std::vector<P2>& p = pBuffer;
-  std::vector<Box2>& box = boxBuffer;
-  std::vector<double>& h = hBuffer;
-  std::vector<std::vector<Event>>& onEdge = onEdgeBuffer;
-  std::vector<Event>& events = eventsBuffer;
+  ShortcutBuffers& mine = *ThreadShortcutBuffers();
+  std::vector<P2>& p = mine.p;
+  std::vector<Box2>& box = mine.box;
+  std::vector<double>& h = mine.h;
+  std::vector<std::vector<Event>>& onEdge = mine.onEdge;
+  std::vector<Event>& events = mine.events;
   p.resize(m);
   h.resize(m);
   double scale = 0.0, hLo = 0.0, hHi = 0.0;
