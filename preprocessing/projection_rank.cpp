@@ -246,10 +246,13 @@ bool DiagramPairs::Build(const std::vector<ChainAtom>& chain) {
         if (B.xlo > A.xhi || A.xlo > B.xhi || B.ylo > A.yhi || A.ylo > B.yhi)
           continue; // apart at every hair up to the widest (Classify's first test)
         PairMeet meet = Classify(s[i], s[j], pl.hair);
-        // A segment too short at some hair of the range has a length that depends on it.
+        // A segment too short at some hair of the range has a length that depends on it. A
+        // pair crossing at the widest hair crosses at every narrower one (neither apart nor too
+        // close to call there), so only other pairs need the narrowest hair's answer.
+        const PairMeet atWide = Classify(wide[i], wide[j], pl.wideHair);
         if (((shortWide >> i) & 1) || ((shortWide >> j) & 1) ||
-            Classify(narrow[i], narrow[j], pl.narrowHair) !=
-                Classify(wide[i], wide[j], pl.wideHair)) {
+            (atWide != PairMeet::crossing &&
+             Classify(narrow[i], narrow[j], pl.narrowHair) != atWide)) {
           pl.unsteady[i] |= uint64_t(1) << j;
           pl.unsteady[j] |= uint64_t(1) << i;
         }
