@@ -26,13 +26,17 @@ double PointSegmentDistance(P2 p, P2 a, P2 b) {
   return std::hypot(o.x, o.y);
 }
 
-// A projected segment's box.
+// A projected segment's box, with its squared length q and that length's square root r
+// (computed once per edge rather than once per pair that Meet looks at).
 struct Box2 {
   double xlo, xhi, ylo, yhi;
+  double q, r;
 };
 
 Box2 BoxOf(P2 a, P2 b) {
-  return {std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y)};
+  const double dx = b.x - a.x, dy = b.y - a.y, q = dx * dx + dy * dy;
+  return {std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y), q,
+          std::sqrt(q)};
 }
 
 // Meet's first test: boxes more than a hair apart.
@@ -42,20 +46,20 @@ inline bool BoxesApart(const Box2& a, const Box2& b, double hair) {
 }
 
 // How two projected segments meet: 0 apart, 1 properly crossing (with parameters from each
-// segment's first point), -1 too close to call.
-int Meet(P2 a1, P2 a2, P2 b1, P2 b2, double hair, double& ta, double& tb) {
-  if (BoxesApart(BoxOf(a1, a2), BoxOf(b1, b2), hair))
-    return 0;
+// segment's first point), -1 too close to call. A and B are their boxes; the callers have
+// already found them within a hair of each other (the first test, otherwise the answer is 0).
+int Meet(P2 a1, P2 a2, P2 b1, P2 b2, const Box2& A, const Box2& B, double hair, double& ta,
+         double& tb) {
   double o1 = Orient(a1, a2, b1), o2 = Orient(a1, a2, b2);
   double o3 = Orient(b1, b2, a1), o4 = Orient(b1, b2, a2);
   // The lengths decide only near-degenerate cases. Their square roots bound them within a few
   // units in the last place (sums of squares well inside the normal range), so hypot is called
   // only when a bound with a wide margin cannot settle every test the way it would.
   double ax = a2.x - a1.x, ay = a2.y - a1.y, bx = b2.x - b1.x, by = b2.y - b1.y;
-  double qa = ax * ax + ay * ay, qb = bx * bx + by * by;
+  const double qa = A.q, qb = B.q; // ax * ax + ay * ay and bx * bx + by * by
   if (qa >= 1e-250 && qa <= 1e250 && qb >= 1e-250 && qb <= 1e250) {
-    double laLo = std::sqrt(qa) * (1.0 - 1e-12), lbLo = std::sqrt(qb) * (1.0 - 1e-12);
-    double laHi = std::sqrt(qa) * (1.0 + 1e-12), lbHi = std::sqrt(qb) * (1.0 + 1e-12);
+    double laLo = A.r * (1.0 - 1e-12), lbLo = B.r * (1.0 - 1e-12);
+    double laHi = A.r * (1.0 + 1e-12), lbHi = B.r * (1.0 + 1e-12);
     if (laLo > hair && lbLo > hair && std::fabs(o1) > hair * laHi && std::fabs(o2) > hair * laHi &&
         std::fabs(o3) > hair * lbHi && std::fabs(o4) > hair * lbHi) {
       if ((o1 > 0.0) == (o2 > 0.0) || (o3 > 0.0) == (o4 > 0.0))
@@ -133,7 +137,7 @@ bool ForEachCrossing(const std::vector<P2>& p, const std::vector<double>& h,
       if (BoxesApart(box[i], box[j], hair))
         continue;
       double ta, tb;
-      int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], hair, ta, tb);
+      int r = Meet(p[i], p[i + 1], p[j], p[j + 1 < m ? j + 1 : 0], box[i], box[j], hair, ta, tb);
       if (r < 0)
         return false;
       if (r == 0)
@@ -273,7 +277,7 @@ bool ShortcutBestPass(std::vector<ChainAtom>& chain, const ProjectionFrame& fram
       if (e == to || f == from || BoxesApart(chordBox, box[e], hair))
         continue;
       double ta, tb;
-      int r = Meet(a, b, p[e], p[f], hair, ta, tb);
+      int r = Meet(a, b, p[e], p[f], chordBox, box[e], hair, ta, tb);
       if (r < 0)
         sure = false;
       crossings += r > 0;
