@@ -28,19 +28,26 @@ struct Seg {
   double len, xlo, xhi, ylo, yhi;
 };
 
-// The segment from a to b in a diagram with the given hair; false when it is too short to be
-// trusted (a near-degenerate diagram).
-inline bool MakeSeg(P2 a, P2 b, double hair, Seg& g) {
+// The segment from a to b of length len (LengthOf) in a diagram with the given hair; false when
+// it is too short to be trusted (a near-degenerate diagram).
+inline bool MakeSegOfLength(P2 a, P2 b, double len, double hair, Seg& g) {
   g.a = a;
   g.b = b;
-  double dx = b.x - a.x, dy = b.y - a.y;
-  double len = std::sqrt(dx * dx + dy * dy);
   g.len = std::max(len, hair);
   g.xlo = std::min(a.x, b.x) - hair;
   g.xhi = std::max(a.x, b.x) + hair;
   g.ylo = std::min(a.y, b.y) - hair;
   g.yhi = std::max(a.y, b.y) + hair;
   return len > hair;
+}
+
+inline double LengthOf(P2 a, P2 b) {
+  double dx = b.x - a.x, dy = b.y - a.y;
+  return std::sqrt(dx * dx + dy * dy);
+}
+
+inline bool MakeSeg(P2 a, P2 b, double hair, Seg& g) {
+  return MakeSegOfLength(a, b, LengthOf(a, b), hair, g);
 }
 
 enum class PairMeet { apart, crossing, degenerate };
@@ -207,6 +214,7 @@ bool DiagramPairs::Build(const std::vector<ChainAtom>& chain) {
     return false;
   chain_ = chain;
   points_.resize(30 * size_t(n));
+  lengths_.resize(30 * size_t(n));
   Seg s[kMaxVertices], narrow[kMaxVertices], wide[kMaxVertices];
   for (int p = 0; p < 30; ++p) {
     const ProjectionFrame& frame = ProjectionFrames()[p];
@@ -231,11 +239,13 @@ bool DiagramPairs::Build(const std::vector<ChainAtom>& chain) {
     uint64_t shortWide = 0;
     for (int i = 0; i < n; ++i) {
       const P2 b = s[i + 1 < n ? i + 1 : 0].a;
-      if (!MakeSeg(s[i].a, b, pl.hair, s[i]))
-        pl.shortSegments |= uint64_t(1) << i;
-      MakeSeg(s[i].a, b, pl.narrowHair, narrow[i]);
-      if (!MakeSeg(s[i].a, b, pl.wideHair, wide[i]))
+      const double len = LengthOf(s[i].a, b);
+      lengths_[size_t(p) * n + i] = len;
+      MakeSegOfLength(s[i].a, b, len, pl.narrowHair, narrow[i]);
+      if (!MakeSegOfLength(s[i].a, b, len, pl.wideHair, wide[i]))
         shortWide |= uint64_t(1) << i;
+      if (!MakeSegOfLength(s[i].a, b, len, pl.hair, s[i]))
+        pl.shortSegments |= uint64_t(1) << i;
       pl.cross[i] = pl.degenerate[i] = pl.unsteady[i] = 0;
       pl.crossCount[i] = pl.degenerateCount[i] = 0;
     }
@@ -382,9 +392,13 @@ int DiagramPairs::Fewest(const std::vector<ChainAtom>& other, int below,
       for (int t = 0; t < m; ++t)
         if (from[t] >= 0)
           s[t].a = {known[from[t]][0], known[from[t]][1]};
-      for (int t = 0; t < m && clean; ++t)
-        clean =
-            MakeSeg(s[t].a, s[t + 1 < m ? t + 1 : 0].a, hair, s[t]) || (same && segment[t] >= 0);
+      // A kept segment has the same ends, so the same length.
+      const double* length = &lengths_[size_t(p) * n];
+      for (int t = 0; t < m && clean; ++t) {
+        const P2 b = s[t + 1 < m ? t + 1 : 0].a;
+        const double len = segment[t] >= 0 ? length[segment[t]] : LengthOf(s[t].a, b);
+        clean = MakeSegOfLength(s[t].a, b, len, hair, s[t]) || (same && segment[t] >= 0);
+      }
       for (uint64_t rest = steady && clean ? kept : 0; rest != 0; rest &= rest - 1) {
         const int i = __builtin_ctzll(rest);
         const uint64_t later = ~((uint64_t(2) << i) - 1);

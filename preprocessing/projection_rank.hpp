@@ -74,6 +74,7 @@ private:
   };
   std::vector<ChainAtom> chain_;
   std::vector<std::array<double, 2>> points_; // projected vertices, plane by plane
+  std::vector<double> lengths_;               // projected segment lengths, plane by plane
   std::array<Plane, 30> planes_;
   // Scratch of Fewest.
   std::vector<int> from_;
