@@ -116,17 +116,31 @@ bool ParseInt(const std::string& token, int& value) {
 // Plain text: `x y z` or `id x y z` per line (one layout for the whole file); '#' and '%' start
 // a comment that runs to the end of the line; blank lines skipped; a first line holding one
 // integer is the atom count, which must then match. Without ids the atoms are numbered 1..n.
+// The lines and their whitespace-separated fields are cut out by hand: a string stream per
+// line costs more than the rest of reading (its locale set-up), and files hold many thousands.
 std::string ReadText(const std::string& content, std::vector<ChainAtom>& chain) {
-  std::istringstream in(content);
-  std::string line;
   bool first = true, withIds = false;
   long expected = -1;
-  for (std::size_t number = 1; std::getline(in, line); ++number) {
-    line = line.substr(0, line.find_first_of("#%")); // comments, whole-line or trailing
-    std::istringstream fields(line);
-    std::vector<std::string> tokens;
-    for (std::string t; fields >> t;)
-      tokens.push_back(t);
+  std::vector<std::string> tokens;
+  std::size_t start = 0;
+  for (std::size_t number = 1; start < content.size(); ++number) {
+    std::size_t stop = content.find('\n', start);
+    if (stop == std::string::npos)
+      stop = content.size();
+    std::size_t end = start; // comments, whole-line or trailing
+    while (end < stop && content[end] != '#' && content[end] != '%')
+      ++end;
+    tokens.clear();
+    for (std::size_t i = start; i < end;) {
+      while (i < end && std::isspace(static_cast<unsigned char>(content[i])))
+        ++i;
+      const std::size_t from = i;
+      while (i < end && !std::isspace(static_cast<unsigned char>(content[i])))
+        ++i;
+      if (i > from)
+        tokens.emplace_back(content, from, i - from);
+    }
+    start = stop + 1;
     if (tokens.empty())
       continue;
     if (first && tokens.size() == 1) {
