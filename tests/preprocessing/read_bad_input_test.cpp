@@ -83,7 +83,9 @@ TEST(ReadBadInput, SmallFilesGoodAndBad) {
       {"header.knt", "  2\n1.5 0 0\n4 0 0\n", "", {1, 2}},
       {"text.coords", "1.5 0 0\n4 1 1\n", "", {1, 2}},
       {"count.xyz", "5\n0 0 0\n1 0 0\n", "announces 5 atoms", {}},
+      {"numbers.xyz", "+1.5e0 0x1p1 .5\n4 1e-320 -0\n", "", {1, 2}}, // as strtod reads them
       {"nan.xyz", "0 0 0\nnan 0 0\n", "not a finite number", {}},
+      {"overflow.xyz", "0 0 0\n1e400 0 0\n", "not a finite number", {}},
       {"letters.xyz", "0 0 x\n", "not a finite number", {}},
       {"columns.xyz", "0 0\n", "expected x y z", {}},
       {"mixed.xyz", "0 0 0\n5 1 1 1\n", "expected x y z", {}},
