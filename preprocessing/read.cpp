@@ -13,7 +13,6 @@
 #include <climits>
 #include <cmath>
 #include <cstdlib>
-#include <sstream>
 
 #include <gemmi/cif.hpp>      // for cif::read_memory
 #include <gemmi/mmcif.hpp>    // for make_structure

@@ -68,6 +68,15 @@ double PointTriangleDistance2(Vec3 p, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn)
                    PointSegmentDistance2(p, c, a)});
 }
 
+// SegmentWithinByDistances with the triangle's normal n = (b - a) x (c - a) and nn = |n|.
+bool WithinByDistances(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn, double tol) {
+  double tol2 = tol * tol;
+  return PointTriangleDistance2(p, a, b, c, n, nn) <= tol2 ||
+         PointTriangleDistance2(q, a, b, c, n, nn) <= tol2 ||
+         SegmentSegmentDistance2(p, q, a, b) <= tol2 ||
+         SegmentSegmentDistance2(p, q, b, c) <= tol2 || SegmentSegmentDistance2(p, q, c, a) <= tol2;
+}
+
 } // namespace
 
 bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
@@ -88,7 +97,7 @@ bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
         return false;
     }
   }
-  return SegmentWithinByDistances(p, q, a, b, c, tol);
+  return WithinByDistances(p, q, a, b, c, n, nn, tol); // n and nn as computed above
 }
 
 bool CrossesFarOutside(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn, double rise,
@@ -112,13 +121,8 @@ bool CrossesFarOutside(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn
 }
 
 bool SegmentWithinByDistances(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
-  Vec3 n = Cross(b - a, c - a);
-  double nn = Norm(n);
-  double tol2 = tol * tol;
-  return PointTriangleDistance2(p, a, b, c, n, nn) <= tol2 ||
-         PointTriangleDistance2(q, a, b, c, n, nn) <= tol2 ||
-         SegmentSegmentDistance2(p, q, a, b) <= tol2 ||
-         SegmentSegmentDistance2(p, q, b, c) <= tol2 || SegmentSegmentDistance2(p, q, c, a) <= tol2;
+  const Vec3 n = Cross(b - a, c - a);
+  return WithinByDistances(p, q, a, b, c, n, Norm(n), tol);
 }
 
 TriangleSeparation::TriangleSeparation(Vec3 a, Vec3 b, Vec3 c, double tol, double scale) : a_(a) {
