@@ -10,8 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include "preprocessing/chainprep.hpp"
-#include "preprocessing/triangle_tests.hpp" // for SegmentWithinByDistances, SharedVertexSegmentEnters
-#include "preprocessing/vec3.hpp"           // for Vec3
+#include "tests/support/prep_reduce_reference.hpp" // for CutCornersPlain
 
 namespace {
 
@@ -54,78 +53,6 @@ void BM_ReduceTrefoil(benchmark::State& state) {
   }
 }
 
-// The contact test as a plain implementation writes it: a crossing inside the triangle, else
-// the distances of the ends and edges (SegmentNearTriangle adds quick exact rejections).
-bool PlainNearTriangle(tresk::Vec3 p, tresk::Vec3 q, tresk::Vec3 a, tresk::Vec3 b, tresk::Vec3 c,
-                       double tol) {
-  using tresk::Vec3;
-  const Vec3 n = tresk::Cross(b - a, c - a);
-  const double nn = tresk::Norm(n);
-  if (nn > 0.0) {
-    const double dp = tresk::Dot(n, p - a) / nn, dq = tresk::Dot(n, q - a) / nn;
-    if ((dp > tol && dq > tol) || (dp < -tol && dq < -tol))
-      return false;
-    if ((dp > 0.0 && dq < 0.0) || (dp < 0.0 && dq > 0.0)) {
-      const Vec3 x = p + (dp / (dp - dq)) * (q - p);
-      if (tresk::Dot(n, tresk::Cross(b - a, x - a)) >= 0.0 &&
-          tresk::Dot(n, tresk::Cross(c - b, x - b)) >= 0.0 &&
-          tresk::Dot(n, tresk::Cross(a - c, x - c)) >= 0.0)
-        return true;
-    }
-  }
-  return tresk::SegmentWithinByDistances(p, q, a, b, c, tol);
-}
-
-// The plain corner cutting in double precision, with the plain contact test: corners in chain
-// order, each against every other segment, and a restart from the first corner after every
-// erasure. Returns the number of vertices left.
-int PlainCutCorners(std::vector<ChainAtom>& chain) {
-  using tresk::Vec3;
-  auto same = [](const ChainAtom& a, const ChainAtom& b) {
-    return a.x == b.x && a.y == b.y && a.z == b.z;
-  };
-  chain.erase(std::unique(chain.begin(), chain.end(), same), chain.end());
-  while (chain.size() > 1 && same(chain.front(), chain.back()))
-    chain.pop_back();
-  std::vector<Vec3> p;
-  double scale = 0.0;
-  for (const ChainAtom& a : chain) {
-    p.push_back(tresk::PositionOf(a));
-    scale = std::max({scale, std::fabs(a.x), std::fabs(a.y), std::fabs(a.z)});
-  }
-  const double tol = 1e-9 * std::max(scale, 1e-300), angleTol = 1e-9;
-  for (bool erased = true; erased && p.size() > 3;) {
-    erased = false;
-    const int n = static_cast<int>(p.size());
-    for (int v = 0; v < n && !erased; ++v) {
-      const int corner[3] = {(v + n - 1) % n, v, (v + 1) % n};
-      bool blocked = false;
-      for (int s = 0; s < n && !blocked; ++s) {
-        const int e = (s + 1) % n;
-        if (s == corner[0] || s == corner[1])
-          continue; // the corner's own edges
-        int k = 0;
-        while (k < 3 && corner[k] != s && corner[k] != e)
-          ++k;
-        if (k == 3) {
-          blocked = PlainNearTriangle(p[s], p[e], p[corner[0]], p[corner[1]], p[corner[2]], tol);
-          continue;
-        }
-        const int other = corner[k] == s ? e : s;
-        blocked = other == corner[(k + 1) % 3] || other == corner[(k + 2) % 3] ||
-                  tresk::SharedVertexSegmentEnters(p[corner[k]], p[other], p[corner[(k + 1) % 3]],
-                                                   p[corner[(k + 2) % 3]], angleTol);
-      }
-      if (!blocked) {
-        p.erase(p.begin() + v);
-        chain.erase(chain.begin() + v);
-        erased = true;
-      }
-    }
-  }
-  return static_cast<int>(chain.size());
-}
-
 // Eight C-alpha traces of the corpus, each closed outwards (closure method 1).
 std::vector<std::vector<ChainAtom>> ClosedProteins() {
   const char* names[] = {"1ns5_A", "1o6d_A", "1uaj_A", "1v2x_A",
@@ -157,7 +84,7 @@ void BM_ReduceProteins(benchmark::State& state) {
     left = 0;
     for (const std::vector<ChainAtom>& chain : chains) {
       std::vector<ChainAtom> copy = chain;
-      left += variant == 2 ? PlainCutCorners(copy) : ChainReduce(copy, variant == 1);
+      left += variant == 2 ? reference::CutCornersPlain(copy) : ChainReduce(copy, variant == 1);
     }
     benchmark::DoNotOptimize(left);
   }

@@ -8,7 +8,6 @@
 #include <array>
 #include <climits>
 #include <cmath>
-#include <deque>
 #include <memory>
 #include <numeric>
 #include <vector>
@@ -80,10 +79,12 @@ bool Overlap(const Box& a, const Box& b) {
 struct Reducer {
   std::vector<Vec3> pts;
   std::vector<int> prev, next;
-  std::vector<char> alive, queued;
+  std::vector<char> alive;
   std::vector<unsigned> version;
   std::vector<std::vector<int>> blockedBy; // corners blocked by the segment starting at s
-  std::deque<int> queue;
+  // Corners waiting for a test, one bit per vertex; none below `lowest`.
+  std::vector<unsigned long long> pending;
+  int lowest = 0;
   int count = 0;
   // An open chain: its segment from the last vertex back to the first does not exist (-1 for
   // a closed chain, else the last vertex), and both ends stay. Each corner cut off is then
@@ -123,13 +124,13 @@ struct Reducer {
       next[i] = (i + 1) % n;
     }
     alive.assign(n, 1);
-    queued.assign(n, 0);
+    pending.assign((size_t(n) + 63) / 64, 0);
+    lowest = n;
     version.assign(n, 0);
     if (blockedBy.size() < size_t(n))
       blockedBy.resize(n);
     for (int i = 0; i < n; ++i)
       blockedBy[i].clear();
-    queue.clear();
     seen.assign(n, 0);
     stamp = 0;
     ClearCells();
@@ -147,10 +148,23 @@ struct Reducer {
   }
 
   void Enqueue(int v) {
-    if (alive[v] && !queued[v] && (openEnd < 0 || (v != 0 && v != openEnd))) {
-      queued[v] = 1;
-      queue.push_back(v);
+    if (alive[v] && (openEnd < 0 || (v != 0 && v != openEnd))) {
+      pending[size_t(v) >> 6] |= 1ull << (v & 63);
+      lowest = std::min(lowest, v);
     }
+  }
+
+  // The waiting corner first in chain order (removed from the list), or -1.
+  int Dequeue() {
+    for (size_t w = size_t(lowest) >> 6; w < pending.size(); ++w)
+      if (pending[w] != 0) {
+        const int v = static_cast<int>(w * 64) + __builtin_ctzll(pending[w]);
+        pending[w] &= pending[w] - 1;
+        lowest = v + 1;
+        return v;
+      }
+    lowest = static_cast<int>(pts.size());
+    return -1;
   }
 
   void CellRange(const Box& b, int lo[3], int hi[3]) const {
@@ -380,14 +394,9 @@ struct Reducer {
     for (int v = 0; v < static_cast<int>(pts.size()); ++v)
       Enqueue(v);
     BuildGrid();
-    while (!queue.empty() && count > 3) {
-      int v = queue.front();
-      queue.pop_front();
-      queued[v] = 0;
-      if (!alive[v])
-        continue;
-      Settle(v);
-    }
+    for (int v; count > 3 && (v = Dequeue()) >= 0;)
+      if (alive[v])
+        Settle(v);
   }
 
   // Erases corner v when nothing blocks it (rebuilding the grid once the chain has shrunk to a
@@ -415,7 +424,8 @@ struct Reducer {
     BuildGrid();
     std::vector<int> waiting;
     while (count > 3) {
-      if (queue.empty()) {
+      const int v = Dequeue();
+      if (v < 0) {
         if (waiting.empty())
           break;
         span *= 2.0;
@@ -424,9 +434,6 @@ struct Reducer {
         waiting.clear();
         continue;
       }
-      int v = queue.front();
-      queue.pop_front();
-      queued[v] = 0;
       if (!alive[v])
         continue;
       const Vec3 a = pts[prev[v]], p = pts[v], b = pts[next[v]];
