@@ -7,22 +7,27 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <limits>
 #include <cmath>
 #include <memory>
 #include <numeric>
 #include <vector>
+#if defined(__GNUC__) && defined(__x86_64__)
+#include <immintrin.h> // box comparisons four at a time where the CPU has AVX (chosen at run time)
+#define TRESK_PREP_AVX 1
+#endif
 
 #include "preprocessing/directions.hpp" // for ProjectionFrames
 #include "preprocessing/open_cut.hpp"
 #include "preprocessing/overpass.hpp"        // for ShortcutBestPass
 #include "preprocessing/projection_rank.hpp" // for DiagramPairs, FewestCrossings, RankPlanesTop
-#include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleSeparation
+#include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleProbe
 #include "preprocessing/vec3.hpp"            // for Vec3
 
 using tresk::PositionOf;
 using tresk::ProjectionFrames;
 using tresk::RankPlanesTop;
-using tresk::TriangleSeparation;
+using tresk::TriangleProbe;
 using tresk::Vec3;
 
 namespace {
@@ -32,8 +37,9 @@ constexpr double kRelativeTolerance = 1e-9;
 // Segments sharing a vertex with a corner block it when they run within this angle (radians)
 // of the corner's plane and into its angle.
 constexpr double kAngleTolerance = 1e-9;
-// Below this many vertices every segment is tested; the grid does not pay.
-constexpr int kBruteForceSize = 48;
+// Up to this many vertices every segment's box is compared with the triangle's, four at a time;
+// above it a grid finds the nearby segments (until the chain has shrunk to this size).
+constexpr int kFlatSize = 1024;
 // A segment whose box covers more grid cells than this is kept in a list tested by all queries.
 constexpr long kMaxCellsPerSegment = 64;
 // Over/under-pass shortcuts: rounds at most, all 30 planes tried up to this chain size, and no
@@ -82,6 +88,9 @@ struct Reducer {
   std::vector<char> alive;
   std::vector<unsigned> version;
   std::vector<std::vector<int>> blockedBy; // corners blocked by the segment starting at s
+  // Per corner, the start of the segment that last blocked it (-1: none): when that segment
+  // changed, the segment now in its place is the likeliest blocker and is tried first.
+  std::vector<int> lastBlocker;
   // Corners waiting for a test, one bit per vertex; none below `lowest`.
   std::vector<unsigned long long> pending;
   int lowest = 0;
@@ -101,8 +110,19 @@ struct Reducer {
   std::vector<std::vector<SegmentRef>> cells; // the first cellCount are in use
   size_t cellCount = 0;
   std::vector<SegmentRef> wide; // segments too long for the grid
-  bool useGrid = false;
+  // How nearby segments are found: every box compared, or the grid.
+  enum class Search { kBoxes, kGrid } search = Search::kBoxes;
   int gridBuiltAt = 0;
+  // The box list: per slot the box of one segment (empty once it is gone), as six coordinate
+  // arrays padded with empty boxes to a multiple of 4 * kGroup; the segment starting at s has
+  // slot slotOf[s], the slot's segment starts at slotStart[slot]. Slots follow the chain, so a
+  // group of kGroup consecutive slots lies close together: each group has a box holding all of
+  // its slots' boxes (it only grows until the list is rebuilt), and a query looks into the
+  // groups whose box it meets.
+  static constexpr int kGroup = 8;
+  std::vector<double> boxLo[3], boxHi[3], groupLo[3], groupHi[3];
+  std::vector<int> slotOf, slotStart;
+  std::vector<int> overlapping; // scratch of ScanBoxes
   std::vector<unsigned> seen;
   unsigned stamp = 0;
   std::vector<double> lengths; // scratch of BuildGrid
@@ -127,6 +147,7 @@ struct Reducer {
     pending.assign((size_t(n) + 63) / 64, 0);
     lowest = n;
     version.assign(n, 0);
+    lastBlocker.assign(n, -1);
     if (blockedBy.size() < size_t(n))
       blockedBy.resize(n);
     for (int i = 0; i < n; ++i)
@@ -135,8 +156,9 @@ struct Reducer {
     stamp = 0;
     ClearCells();
     wide.clear();
-    useGrid = false;
+    search = Search::kBoxes;
     gridBuiltAt = 0;
+    slotOf.resize(n);
     openEnd = -1;
     cutOff.clear();
   }
@@ -176,9 +198,34 @@ struct Reducer {
     }
   }
 
+  // A slot's new box, added to its group's box (std::min and std::max keep the group's bound
+  // when the new one is NaN: such a box meets nothing anyway).
+  void SetSlotBox(int slot, const Box& b) {
+    const double lo[3] = {b.lo.x, b.lo.y, b.lo.z}, hi[3] = {b.hi.x, b.hi.y, b.hi.z};
+    const int group = slot / kGroup;
+    for (int k = 0; k < 3; ++k) {
+      boxLo[k][slot] = lo[k];
+      boxHi[k][slot] = hi[k];
+      groupLo[k][group] = std::min(groupLo[k][group], lo[k]);
+      groupHi[k][group] = std::max(groupHi[k][group], hi[k]);
+    }
+  }
+
+  void ClearSlotBox(int slot) {
+    const double inf = std::numeric_limits<double>::infinity();
+    for (int k = 0; k < 3; ++k) {
+      boxLo[k][slot] = inf;
+      boxHi[k][slot] = -inf;
+    }
+  }
+
   void Insert(int s) {
     if (s == openEnd)
       return;
+    if (search == Search::kBoxes) {
+      SetSlotBox(slotOf[s], BoxOf(pts[s], pts[next[s]]));
+      return;
+    }
     SegmentRef ref{s, version[s], BoxOf(pts[s], pts[next[s]])};
     int lo[3], hi[3];
     CellRange(ref.box, lo, hi);
@@ -197,10 +244,12 @@ struct Reducer {
   void BuildGrid() {
     ClearCells();
     wide.clear();
-    useGrid = count > kBruteForceSize;
+    search = count <= kFlatSize ? Search::kBoxes : Search::kGrid;
     gridBuiltAt = count;
-    if (!useGrid)
+    if (search == Search::kBoxes) {
+      BuildBoxes();
       return;
+    }
     lengths.clear();
     Vec3 lo = pts[FirstAlive()], hi = lo;
     ForEachAlive([&](int s) {
@@ -230,6 +279,43 @@ struct Reducer {
     ForEachAlive([&](int s) { Insert(s); });
   }
 
+  void BuildBoxes() {
+    const size_t padded = (size_t(count) + 4 * kGroup - 1) / (4 * kGroup) * (4 * kGroup);
+    for (int k = 0; k < 3; ++k) {
+      boxLo[k].resize(padded);
+      boxHi[k].resize(padded);
+      groupLo[k].resize(padded / kGroup);
+      groupHi[k].resize(padded / kGroup);
+    }
+    slotStart.resize(padded);
+    int slots = 0;
+    ForEachAlive([&](int s) {
+      if (s == openEnd)
+        return;
+      slotOf[s] = slots;
+      slotStart[slots] = s;
+      const Vec3 p = pts[s], q = pts[next[s]];
+      boxLo[0][slots] = std::min(p.x, q.x), boxHi[0][slots] = std::max(p.x, q.x);
+      boxLo[1][slots] = std::min(p.y, q.y), boxHi[1][slots] = std::max(p.y, q.y);
+      boxLo[2][slots] = std::min(p.z, q.z), boxHi[2][slots] = std::max(p.z, q.z);
+      ++slots;
+    });
+    std::fill(slotStart.begin() + slots, slotStart.end(), -1);
+    for (size_t slot = slots; slot < padded; ++slot)
+      ClearSlotBox(static_cast<int>(slot));
+    const double inf = std::numeric_limits<double>::infinity();
+    for (int k = 0; k < 3; ++k)
+      for (size_t g = 0; g < padded / kGroup; ++g) {
+        double lo = inf, hi = -inf;
+        for (size_t slot = g * kGroup; slot < (g + 1) * kGroup; ++slot) {
+          lo = std::min(lo, boxLo[k][slot]);
+          hi = std::max(hi, boxHi[k][slot]);
+        }
+        groupLo[k][g] = lo;
+        groupHi[k][g] = hi;
+      }
+  }
+
   int FirstAlive() const {
     for (int i = 0; i < static_cast<int>(alive.size()); ++i)
       if (alive[i])
@@ -257,7 +343,8 @@ struct Reducer {
     int skip1, skip2;
   };
 
-  bool Blocks(int s, const Sweep& t) const {
+  // `probe` tests segments against the triangle of t.
+  bool Blocks(int s, const Sweep& t, TriangleProbe& probe) const {
     int e = next[s];
     for (int k = 0; k < 3; ++k) {
       if (t.vertex[k] == s || t.vertex[k] == e) {
@@ -269,14 +356,24 @@ struct Reducer {
                                          kAngleTolerance);
       }
     }
-    return SegmentNearTriangle(pts[s], pts[e], t.p[0], t.p[1], t.p[2], tol);
+    return probe.Near(pts[s], pts[e]);
   }
 
   // The first segment found that meets the swept triangle, or -1 when it is empty.
-  int FindBlocker(const Sweep& t) {
+  int FindBlocker(const Sweep& t, int likely = -1) {
+    const Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
+    TriangleProbe probe(t.p[0], t.p[1], t.p[2], tol, scale);
+    // A segment whose box misses the triangle's cannot come within tol of it.
+    auto meets = [&](int s, const Box& segmentBox) {
+      return Overlap(box, segmentBox) && Blocks(s, t, probe);
+    };
+    // The likeliest blocker goes first.
+    if (likely >= 0 && likely != t.skip1 && likely != t.skip2 && likely != openEnd &&
+        meets(likely, BoxOf(pts[likely], pts[next[likely]])))
+      return likely;
     // Segments next to the corner share a vertex with it and often decide; the search below
     // passes over them (they were just found not to block).
-    int near[6], nearCount = 0;
+    int near[2] = {-1, -1}, nearCount = 0;
     for (int k = 0; k < 3; ++k) {
       int v = t.vertex[k];
       if (v < 0)
@@ -284,14 +381,11 @@ struct Reducer {
       for (int s : {prev[v], v}) {
         if (s == t.skip1 || s == t.skip2 || s == openEnd)
           continue;
-        if (Blocks(s, t))
+        if (Blocks(s, t, probe))
           return s;
         near[nearCount++] = s;
       }
     }
-    Box box = BoxOf(t.p[0], t.p[1], t.p[2], tol);
-    // Segments clearly apart from the triangle along one of its edge lines cannot block it.
-    const TriangleSeparation apart(t.p[0], t.p[1], t.p[2], tol, scale);
     // `segmentBox` is the box of the segment starting at s.
     auto test = [&](int s, const Box& segmentBox) {
       if (s == t.skip1 || s == t.skip2 || s == openEnd)
@@ -299,15 +393,23 @@ struct Reducer {
       for (int k = 0; k < nearCount; ++k)
         if (near[k] == s)
           return false;
-      return Overlap(box, segmentBox) && !apart.Separated(pts[s], pts[next[s]]) && Blocks(s, t);
+      return meets(s, segmentBox);
     };
-    if (!useGrid) {
-      int s = t.skip1;
-      do {
-        if (test(s, BoxOf(pts[s], pts[next[s]])))
+    if (search == Search::kBoxes) {
+      // Every segment that shares a vertex with the corner is one of its two edges or was
+      // tested above; any other meets the triangle by the full test or not at all.
+#ifdef TRESK_PREP_AVX
+      const int found = HasAvx() ? OverlapsAvx(box) : Overlaps(box);
+#else
+      const int found = Overlaps(box);
+#endif
+      for (int k = 0; k < found; ++k) {
+        const int s = slotStart[overlapping[k]];
+        if (s == t.skip1 || s == t.skip2 || s == near[0] || s == near[1])
+          continue;
+        if (probe.Near(pts[s], pts[next[s]]))
           return s;
-        s = next[s];
-      } while (s != t.skip1);
+      }
       return -1;
     }
     ++stamp;
@@ -353,10 +455,75 @@ struct Reducer {
     return -1;
   }
 
+  // The slots whose boxes overlap `box` (the comparisons of Overlap), in order, into
+  // `overlapping`; returns how many.
+  int Overlaps(const Box& box) {
+    const int slots = static_cast<int>(slotStart.size());
+    overlapping.resize(slots);
+    int found = 0;
+    for (int i = 0; i < slots; ++i)
+      if (boxLo[0][i] <= box.hi.x && box.lo.x <= boxHi[0][i] && boxLo[1][i] <= box.hi.y &&
+          box.lo.y <= boxHi[1][i] && boxLo[2][i] <= box.hi.z && box.lo.z <= boxHi[2][i])
+        overlapping[found++] = i;
+    return found;
+  }
+
+#ifdef TRESK_PREP_AVX
+  static bool HasAvx() {
+    static const bool avx = __builtin_cpu_supports("avx") != 0;
+    return avx;
+  }
+
+  // Bits k of the result: whether box k of the four at lo[.] + i, hi[.] + i overlaps the box
+  // given by its broadcast bounds (ordered quiet comparisons: NaN compares false as above).
+  __attribute__((target("avx"))) static unsigned Overlap4(const double* const lo[3],
+                                                          const double* const hi[3], int i,
+                                                          const __m256d blo[3],
+                                                          const __m256d bhi[3]) {
+    __m256d in = _mm256_cmp_pd(_mm256_loadu_pd(lo[0] + i), bhi[0], _CMP_LE_OQ);
+    in = _mm256_and_pd(in, _mm256_cmp_pd(blo[0], _mm256_loadu_pd(hi[0] + i), _CMP_LE_OQ));
+    for (int k = 1; k < 3; ++k) {
+      in = _mm256_and_pd(in, _mm256_cmp_pd(_mm256_loadu_pd(lo[k] + i), bhi[k], _CMP_LE_OQ));
+      in = _mm256_and_pd(in, _mm256_cmp_pd(blo[k], _mm256_loadu_pd(hi[k] + i), _CMP_LE_OQ));
+    }
+    return static_cast<unsigned>(_mm256_movemask_pd(in));
+  }
+
+  // The same as Overlaps, four boxes at a time, looking only into the groups whose box
+  // overlaps `box` (a slot's box lies in its group's).
+  __attribute__((target("avx"))) int OverlapsAvx(const Box& box) {
+    const int slots = static_cast<int>(slotStart.size());
+    overlapping.resize(slots);
+    const __m256d blo[3] = {_mm256_set1_pd(box.lo.x), _mm256_set1_pd(box.lo.y),
+                            _mm256_set1_pd(box.lo.z)};
+    const __m256d bhi[3] = {_mm256_set1_pd(box.hi.x), _mm256_set1_pd(box.hi.y),
+                            _mm256_set1_pd(box.hi.z)};
+    const double* const lo[3] = {boxLo[0].data(), boxLo[1].data(), boxLo[2].data()};
+    const double* const hi[3] = {boxHi[0].data(), boxHi[1].data(), boxHi[2].data()};
+    const double* const glo[3] = {groupLo[0].data(), groupLo[1].data(), groupLo[2].data()};
+    const double* const ghi[3] = {groupHi[0].data(), groupHi[1].data(), groupHi[2].data()};
+    int found = 0;
+    for (int g = 0; g < slots / kGroup; g += 4)
+      for (unsigned groups = Overlap4(glo, ghi, g, blo, bhi); groups != 0; groups &= groups - 1) {
+        const int first = (g + __builtin_ctz(groups)) * kGroup;
+        for (int base = first; base < first + kGroup; base += 4)
+          for (unsigned mask = Overlap4(lo, hi, base, blo, bhi); mask != 0; mask &= mask - 1)
+            overlapping[found++] = base + __builtin_ctz(mask);
+      }
+    return found;
+  }
+#endif
+
   // Cutting the corner at v sweeps the triangle (a, v, b).
   int CornerBlocker(int v) {
     int a = prev[v], b = next[v];
-    return FindBlocker({{pts[a], pts[v], pts[b]}, {a, v, b}, a, v});
+    // The segment that took the place of the last blocker: the blocker itself when it changed,
+    // the one before it when its start was erased.
+    int likely = lastBlocker[v];
+    if (likely >= 0 && !alive[likely])
+      likely = prev[likely];
+    return FindBlocker({{pts[a], pts[v], pts[b]}, {a, v, b}, a, v},
+                       likely >= 0 && alive[likely] ? likely : -1);
   }
 
   // The segment starting at s has changed: it gets a new version and its blocked corners
@@ -366,8 +533,7 @@ struct Reducer {
     for (int w : blockedBy[s])
       Enqueue(w);
     blockedBy[s].clear();
-    if (useGrid)
-      Insert(s);
+    Insert(s);
   }
 
   void Erase(int v) {
@@ -378,6 +544,8 @@ struct Reducer {
     prev[b] = a;
     alive[v] = 0;
     ++version[v]; // its segment is gone
+    if (search == Search::kBoxes)
+      ClearSlotBox(slotOf[v]);
     --count;
     for (int w : blockedBy[v])
       Enqueue(w);
@@ -405,10 +573,12 @@ struct Reducer {
     int blocker = CornerBlocker(v);
     if (blocker < 0) {
       Erase(v);
-      if (useGrid && 4 * count < gridBuiltAt)
+      if ((search == Search::kGrid && 4 * count < gridBuiltAt) ||
+          (search == Search::kBoxes && gridBuiltAt > 4 * kGroup && 3 * count < 2 * gridBuiltAt))
         BuildGrid();
     } else {
       blockedBy[blocker].push_back(v);
+      lastBlocker[v] = blocker;
     }
   }
 

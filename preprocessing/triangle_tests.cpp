@@ -77,27 +77,40 @@ bool WithinByDistances(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn
          SegmentSegmentDistance2(p, q, b, c) <= tol2 || SegmentSegmentDistance2(p, q, c, a) <= tol2;
 }
 
+// The rest of SegmentNearTriangle for a segment that the plane test did not reject: dp, dq are
+// the heights of p and q above the plane (meaningless when nn is 0).
+bool NearPastPlane(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn, double dp, double dq,
+                   double tol) {
+  // A segment that crosses the plane inside the triangle touches it; near misses of the
+  // boundary are left to the distance tests below.
+  if (nn > 0.0 && ((dp > 0.0 && dq < 0.0) || (dp < 0.0 && dq > 0.0))) {
+    Vec3 x = p + (dp / (dp - dq)) * (q - p);
+    if (InsideTriangle(x, a, b, c, n))
+      return true;
+    if (CrossesFarOutside(p, q, a, b, c, n, nn, dp - dq, x, tol))
+      return false;
+  }
+  return WithinByDistances(p, q, a, b, c, n, nn, tol);
+}
+
+// Both ends farther than tol from the plane, on the same side.
+bool BeyondPlane(double dp, double dq, double tol) {
+  return (dp > tol && dq > tol) || (dp < -tol && dq < -tol);
+}
+
 } // namespace
 
 bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
-  Vec3 n = Cross(b - a, c - a);
-  double nn = Norm(n);
+  const Vec3 n = Cross(b - a, c - a);
+  const double nn = Norm(n);
+  double dp = 0.0, dq = 0.0;
   if (nn > 0.0) {
-    double dp = Dot(n, p - a) / nn;
-    double dq = Dot(n, q - a) / nn;
-    if ((dp > tol && dq > tol) || (dp < -tol && dq < -tol))
+    dp = Dot(n, p - a) / nn;
+    dq = Dot(n, q - a) / nn;
+    if (BeyondPlane(dp, dq, tol))
       return false;
-    // A segment that crosses the plane inside the triangle touches it; near misses of the
-    // boundary are left to the distance tests below.
-    if ((dp > 0.0 && dq < 0.0) || (dp < 0.0 && dq > 0.0)) {
-      Vec3 x = p + (dp / (dp - dq)) * (q - p);
-      if (InsideTriangle(x, a, b, c, n))
-        return true;
-      if (CrossesFarOutside(p, q, a, b, c, n, nn, dp - dq, x, tol))
-        return false;
-    }
   }
-  return WithinByDistances(p, q, a, b, c, n, nn, tol); // n and nn as computed above
+  return NearPastPlane(p, q, a, b, c, n, nn, dp, dq, tol);
 }
 
 bool CrossesFarOutside(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn, double rise,
@@ -125,26 +138,39 @@ bool SegmentWithinByDistances(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol
   return WithinByDistances(p, q, a, b, c, n, Norm(n), tol);
 }
 
-TriangleSeparation::TriangleSeparation(Vec3 a, Vec3 b, Vec3 c, double tol, double scale) : a_(a) {
-  if (!(tol >= 1e-100 && scale <= 1e50))
+TriangleProbe::TriangleProbe(Vec3 a, Vec3 b, Vec3 c, double tol, double scale)
+    : a_(a), b_(b), c_(c), n_(Cross(b - a, c - a)), nn_(Norm(n_)), tol_(tol),
+      axesWanted_(tol >= 1e-100 && scale <= 1e50) {}
+
+void TriangleProbe::AddAxis(Vec3 axis, Vec3 ab, Vec3 ac) {
+  // Any axis separates: projections apart by more than tol |axis| mean a distance above tol.
+  // The margin takes |x| + |y| + |z| >= |axis| for the length (no square root; a wider margin
+  // only rejects less).
+  const double length = std::fabs(axis.x) + std::fabs(axis.y) + std::fabs(axis.z);
+  if (!(length >= 1e-150))
     return;
-  const Vec3 n = Cross(b - a, c - a);
-  const Vec3 corner[3] = {a, b, c};
-  for (int k = 0; k < 3; ++k) {
-    Vec3 axis = Cross(corner[(k + 1) % 3] - corner[k], n);
-    double length = Norm(axis);
-    if (!(length >= 1e-150))
-      continue;
-    double margin = 8.0 * tol * length;
-    double db = Dot(axis, b - a), dc = Dot(axis, c - a);
-    axis_[axes_] = axis;
-    lo_[axes_] = std::min({0.0, db, dc}) - margin;
-    hi_[axes_] = std::max({0.0, db, dc}) + margin;
-    ++axes_;
-  }
+  const double margin = 8.0 * tol_ * length;
+  const double db = Dot(axis, ab), dc = Dot(axis, ac);
+  axis_[axes_] = axis;
+  lo_[axes_] = std::min(0.0, std::min(db, dc)) - margin;
+  hi_[axes_] = std::max(0.0, std::max(db, dc)) + margin;
+  ++axes_;
 }
 
-bool TriangleSeparation::Separated(Vec3 p, Vec3 q) const {
+void TriangleProbe::BuildAxes() {
+  axesBuilt_ = true;
+  if (!axesWanted_)
+    return;
+  // In the plane, across each edge (the projections are taken from a).
+  const Vec3 ab = b_ - a_, ac = c_ - a_;
+  AddAxis(Cross(ab, n_), ab, ac);
+  AddAxis(Cross(c_ - b_, n_), ab, ac);
+  AddAxis(Cross(ac, n_), ab, ac);
+}
+
+bool TriangleProbe::Separated(Vec3 p, Vec3 q) {
+  if (!axesBuilt_)
+    BuildAxes();
   const Vec3 pa = p - a_, qa = q - a_;
   for (int k = 0; k < axes_; ++k) {
     double dp = Dot(axis_[k], pa), dq = Dot(axis_[k], qa);
@@ -152,6 +178,17 @@ bool TriangleSeparation::Separated(Vec3 p, Vec3 q) const {
       return true;
   }
   return false;
+}
+
+bool TriangleProbe::Near(Vec3 p, Vec3 q) {
+  double dp = 0.0, dq = 0.0;
+  if (nn_ > 0.0) {
+    dp = Dot(n_, p - a_) / nn_;
+    dq = Dot(n_, q - a_) / nn_;
+    if (BeyondPlane(dp, dq, tol_))
+      return false;
+  }
+  return !Separated(p, q) && NearPastPlane(p, q, a_, b_, c_, n_, nn_, dp, dq, tol_);
 }
 
 bool SharedVertexSegmentEnters(Vec3 s, Vec3 x, Vec3 o1, Vec3 o2, double angleTol) {

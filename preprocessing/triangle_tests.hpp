@@ -30,18 +30,28 @@ bool CrossesFarOutside(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn
 // the answer is in doubt.
 bool SharedVertexSegmentEnters(Vec3 s, Vec3 x, Vec3 o1, Vec3 o2, double angleTol);
 
-// A quick exact rejection for SegmentNearTriangle against one triangle: the three lines of its
-// edges, as axes in its plane. A segment whose projection on one of them lies beyond the
-// triangle's by a wide margin (8 x tol, about a million times any rounding error, for
-// coordinates between 1e-91 and 1e50 in size) is farther than tol from the triangle, so
-// SegmentNearTriangle would report a miss. Anything else is left to the full test.
-class TriangleSeparation {
+// One triangle a-b-c tested against many segments: Near(p, q) answers exactly as
+// SegmentNearTriangle(p, q, a, b, c, tol), computing the triangle's normal once. Before the
+// full test it applies the test's own plane rejection, then one of its own (Separated): the
+// three lines of the triangle's edges, as axes in its plane. A segment whose projection on one
+// of them lies beyond the triangle's by a wide margin (8 x tol, about a million times any
+// rounding error, for coordinates between 1e-91 and 1e50 in size, given by `scale`) is
+// farther than tol from the triangle, so the full test would report a miss. The axes are set
+// up when first needed.
+class TriangleProbe {
 public:
-  TriangleSeparation(Vec3 a, Vec3 b, Vec3 c, double tol, double scale);
-  bool Separated(Vec3 p, Vec3 q) const;
+  TriangleProbe(Vec3 a, Vec3 b, Vec3 c, double tol, double scale);
+  bool Near(Vec3 p, Vec3 q);
+  // The edge-line rejection alone: true only where Near is false.
+  bool Separated(Vec3 p, Vec3 q);
 
 private:
-  Vec3 a_;
+  void BuildAxes();
+  void AddAxis(Vec3 axis, Vec3 ab, Vec3 ac);
+
+  Vec3 a_, b_, c_, n_;
+  double nn_, tol_;
+  bool axesWanted_, axesBuilt_ = false;
   Vec3 axis_[3];
   double lo_[3], hi_[3];
   int axes_ = 0;

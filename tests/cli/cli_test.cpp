@@ -79,8 +79,8 @@ TEST(Cli, EveryCommandAndBadInput) {
       {"knot " + Quote(empty), false, "cannot read a chain from " + empty + ": no atoms"},
       {"knot " + data("repro/stars.pdb"), false, "'********' is not a number"},
       {"knot " + data("repro/coincident.xyz"), false, "all 50 atoms lie at one point"},
-      {"knot " + data("repro/hang_m1.xyz") + " -m 1 --numeric-above 16", true,
-       "Problem with projecting(100%)"},
+      // Once a hang: the single deterministic closure ends the vote, whatever it gives.
+      {"knot " + data("repro/hang_m1.xyz") + " -m 1 --numeric-above 16", true, "(100%)"},
       {"knot " + data("structures/crambin_edge.cif.gz") + " --chain Q -m 1", true,
        "chain B of model 1: 47 CA atoms, 0 chain breaks\n01(100%)"},
       {"knot " + data("structures/crambin_edge.pdb") + " --all-chains -m 1", true,

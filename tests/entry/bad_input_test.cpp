@@ -23,9 +23,9 @@ std::vector<ChainAtom> Repro(const char* name) {
   return r.atoms;
 }
 
-// A closed chain whose every projection fails numerically: deterministic closures cannot draw
-// another closure, so the single vote goes to "Problem with projecting" instead of a retry
-// that would never end.
+// A chain whose deterministic closure once failed numerically in every projection: such
+// closures cannot draw another, so the vote ends with its single closure (then counted as
+// "Problem with projecting") instead of a retry that would never end.
 TEST(InMemoryBadInput, DeterministicClosureWhoseProjectionsAllFailEnds) {
   const std::vector<ChainAtom> chain = Repro("hang_m1.xyz");
   for (int method : {0, 1, 7}) {

@@ -191,11 +191,13 @@ TEST(ChainReduce, QuickRejectionOnlyOfMisses) {
       double t = k == 0 ? std::clamp(u(gen), 0.0, 1.0) : u(gen);
       e[k] = a + t * (b - a) + (tol * (trial % 40)) * tresk::Vec3{u(gen), u(gen), u(gen)};
     }
-    const tresk::TriangleSeparation apart(v[0], v[1], v[2], tol, scale);
-    if (apart.Separated(e[0], e[1])) {
+    tresk::TriangleProbe probe(v[0], v[1], v[2], tol, scale);
+    const bool near = tresk::SegmentNearTriangle(e[0], e[1], v[0], v[1], v[2], tol);
+    if (probe.Separated(e[0], e[1])) {
       ++rejected;
-      EXPECT_FALSE(tresk::SegmentNearTriangle(e[0], e[1], v[0], v[1], v[2], tol)) << trial;
+      EXPECT_FALSE(near) << trial;
     }
+    EXPECT_EQ(probe.Near(e[0], e[1]), near) << trial;
   }
   EXPECT_GT(rejected, 1000);
   // Segments through a point of the plane a few tol outside an edge (or a corner), steep to
