@@ -56,6 +56,25 @@ struct Box {
 // A segment is named by its first vertex s (it runs s -> next[s]); `version` tells whether a
 // stored entry still describes the current segment of s (it changes when the segment does and
 // when s is erased), and then `box` is the segment's box.
+#ifdef TRESK_PREP_AVX
+// For each mask of four lanes: the numbers of the lanes set, in order, and how many there are.
+struct LaneTable {
+  int lanes[16][4];
+  int count[16];
+};
+
+constexpr LaneTable MakeLaneTable() {
+  LaneTable t{};
+  for (int mask = 0; mask < 16; ++mask)
+    for (int lane = 0; lane < 4; ++lane)
+      if (mask >> lane & 1)
+        t.lanes[mask][t.count[mask]++] = lane;
+  return t;
+}
+
+constexpr LaneTable kLaneTable = MakeLaneTable();
+#endif
+
 struct SegmentRef {
   int start;
   unsigned version;
@@ -288,6 +307,7 @@ struct Reducer {
       groupHi[k].resize(padded / kGroup);
     }
     slotStart.resize(padded);
+    overlapping.resize(padded + 3);
     int slots = 0;
     ForEachAlive([&](int s) {
       if (s == openEnd)
@@ -459,7 +479,6 @@ struct Reducer {
   // `overlapping`; returns how many.
   int Overlaps(const Box& box) {
     const int slots = static_cast<int>(slotStart.size());
-    overlapping.resize(slots);
     int found = 0;
     for (int i = 0; i < slots; ++i)
       if (boxLo[0][i] <= box.hi.x && box.lo.x <= boxHi[0][i] && boxLo[1][i] <= box.hi.y &&
@@ -493,7 +512,6 @@ struct Reducer {
   // overlaps `box` (a slot's box lies in its group's).
   __attribute__((target("avx"))) int OverlapsAvx(const Box& box) {
     const int slots = static_cast<int>(slotStart.size());
-    overlapping.resize(slots);
     const __m256d blo[3] = {_mm256_set1_pd(box.lo.x), _mm256_set1_pd(box.lo.y),
                             _mm256_set1_pd(box.lo.z)};
     const __m256d bhi[3] = {_mm256_set1_pd(box.hi.x), _mm256_set1_pd(box.hi.y),
@@ -502,13 +520,21 @@ struct Reducer {
     const double* const hi[3] = {boxHi[0].data(), boxHi[1].data(), boxHi[2].data()};
     const double* const glo[3] = {groupLo[0].data(), groupLo[1].data(), groupLo[2].data()};
     const double* const ghi[3] = {groupHi[0].data(), groupHi[1].data(), groupHi[2].data()};
+    // The slots found are appended without branching: four lane numbers are stored, as many
+    // as the mask has bits are kept (`overlapping` has room for three more).
+    int* const out = overlapping.data();
     int found = 0;
     for (int g = 0; g < slots / kGroup; g += 4)
       for (unsigned groups = Overlap4(glo, ghi, g, blo, bhi); groups != 0; groups &= groups - 1) {
         const int first = (g + __builtin_ctz(groups)) * kGroup;
-        for (int base = first; base < first + kGroup; base += 4)
-          for (unsigned mask = Overlap4(lo, hi, base, blo, bhi); mask != 0; mask &= mask - 1)
-            overlapping[found++] = base + __builtin_ctz(mask);
+        for (int base = first; base < first + kGroup; base += 4) {
+          const unsigned mask = Overlap4(lo, hi, base, blo, bhi);
+          const __m128i lanes =
+              _mm_loadu_si128(reinterpret_cast<const __m128i*>(kLaneTable.lanes[mask]));
+          _mm_storeu_si128(reinterpret_cast<__m128i*>(out + found),
+                           _mm_add_epi32(_mm_set1_epi32(base), lanes));
+          found += kLaneTable.count[mask];
+        }
       }
     return found;
   }
