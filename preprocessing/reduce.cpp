@@ -1,14 +1,15 @@
 // ChainReduce: simplification of a closed chain by cutting off empty corners (a vertex goes
 // when no other segment meets the triangle it forms with its two neighbours), in double
-// precision, with a spatial grid and re-testing only what an erasure can unblock; then
-// over/under-pass shortcuts that bring the best diagram down to few crossings.
+// precision, with the result of the plain loop that restarts from the first corner after every
+// cut, re-testing only what a cut can unblock; then over/under-pass shortcuts that bring the
+// best diagram down to few crossings.
 #include "preprocessing/chainprep.hpp"
 
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <limits>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <numeric>
 #include <vector>
@@ -141,7 +142,7 @@ struct Reducer {
   static constexpr int kGroup = 8;
   std::vector<double> boxLo[3], boxHi[3], groupLo[3], groupHi[3];
   std::vector<int> slotOf, slotStart;
-  std::vector<int> overlapping; // scratch of ScanBoxes
+  std::vector<int> overlapping; // the box scan's finds
   std::vector<unsigned> seen;
   unsigned stamp = 0;
   std::vector<double> lengths; // scratch of BuildGrid
@@ -582,8 +583,10 @@ struct Reducer {
   }
 
   // Cuts empty corners until every remaining corner is blocked (or three vertices are left).
-  // Corners are tried in chain order, and a blocked corner again only when its blocker or its
-  // own triangle has changed.
+  // A blocked corner is tried again only when its blocker or its own triangle has changed;
+  // every other corner stays blocked. The waiting corner first in chain order goes first, so
+  // each cut is of the first empty corner in chain order: the plain loop's cut, whichever
+  // blocker each corner happened to record.
   void Run() {
     for (int v = 0; v < static_cast<int>(pts.size()); ++v)
       Enqueue(v);
