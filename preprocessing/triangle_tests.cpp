@@ -181,14 +181,22 @@ bool TriangleProbe::Separated(Vec3 p, Vec3 q) {
 }
 
 bool TriangleProbe::Near(Vec3 p, Vec3 q) {
-  double dp = 0.0, dq = 0.0;
+  // SegmentNearTriangle's steps, with the edge-line rejection before each of its costly ones:
+  // a crossing inside the triangle is a contact, whatever the rejection would say.
   if (nn_ > 0.0) {
-    dp = Dot(n_, p - a_) / nn_;
-    dq = Dot(n_, q - a_) / nn_;
+    const double dp = Dot(n_, p - a_) / nn_, dq = Dot(n_, q - a_) / nn_;
     if (BeyondPlane(dp, dq, tol_))
       return false;
+    if ((dp > 0.0 && dq < 0.0) || (dp < 0.0 && dq > 0.0)) {
+      const Vec3 x = p + (dp / (dp - dq)) * (q - p);
+      if (InsideTriangle(x, a_, b_, c_, n_))
+        return true;
+      if (Separated(p, q) || CrossesFarOutside(p, q, a_, b_, c_, n_, nn_, dp - dq, x, tol_))
+        return false;
+      return WithinByDistances(p, q, a_, b_, c_, n_, nn_, tol_);
+    }
   }
-  return !Separated(p, q) && NearPastPlane(p, q, a_, b_, c_, n_, nn_, dp, dq, tol_);
+  return !Separated(p, q) && WithinByDistances(p, q, a_, b_, c_, n_, nn_, tol_);
 }
 
 bool SharedVertexSegmentEnters(Vec3 s, Vec3 x, Vec3 o1, Vec3 o2, double angleTol) {
