@@ -111,6 +111,7 @@ struct Reducer {
   // Per corner, the start of the segment that last blocked it (-1: none): when that segment
   // changed, the segment now in its place is the likeliest blocker and is tried first.
   std::vector<int> lastBlocker;
+  int recentBlocker = -1; // the blocker found last
   // Corners waiting for a test, one bit per vertex; none below `lowest`.
   std::vector<unsigned long long> pending;
   int lowest = 0;
@@ -168,6 +169,7 @@ struct Reducer {
     lowest = n;
     version.assign(n, 0);
     lastBlocker.assign(n, -1);
+    recentBlocker = -1;
     if (blockedBy.size() < size_t(n))
       blockedBy.resize(n);
     for (int i = 0; i < n; ++i)
@@ -549,6 +551,8 @@ struct Reducer {
     int likely = lastBlocker[v];
     if (likely >= 0 && !alive[likely])
       likely = prev[likely];
+    if (likely < 0 || !alive[likely])
+      likely = recentBlocker; // a corner never blocked: its neighbour's blocker is near
     return FindBlocker({{pts[a], pts[v], pts[b]}, {a, v, b}, a, v},
                        likely >= 0 && alive[likely] ? likely : -1);
   }
@@ -608,6 +612,7 @@ struct Reducer {
     } else {
       blockedBy[blocker].push_back(v);
       lastBlocker[v] = blocker;
+      recentBlocker = blocker;
     }
   }
 

@@ -117,6 +117,7 @@ TEST(ChainReduce, CornerCuttingIsThePlainRestartLoop) {
       {"trefoil", zoo::RandomlyRotated(zoo::TorusKnot(2, 3, 120), 1)},
       {"8_19", zoo::RandomlyRotated(zoo::TorusKnot(3, 4, 300), 6)},
       {"figure-eight", zoo::FigureEight(90)},
+      {"fine trefoil (grid)", zoo::RandomlyRotated(zoo::TorusKnot(2, 3, 1500), 4)},
   };
   for (unsigned seed = 0; seed < 40; ++seed) {
     std::mt19937 gen(seed);
