@@ -13,6 +13,10 @@ namespace {
 
 using tresk::Vec3;
 
+bool SamePoint(const ChainAtom& a, const ChainAtom& b) {
+  return a.x == b.x && a.y == b.y && a.z == b.z;
+}
+
 // The contact test as a plain implementation writes it: a crossing inside the triangle, else
 // the distances of the ends and edges.
 bool PlainNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
@@ -36,15 +40,16 @@ bool PlainNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
 } // namespace
 
 int CutCornersPlain(std::vector<ChainAtom>& chain) {
-  auto same = [](const ChainAtom& a, const ChainAtom& b) {
-    return a.x == b.x && a.y == b.y && a.z == b.z;
-  };
-  std::vector<ChainAtom> distinct = chain;
-  distinct.erase(std::unique(distinct.begin(), distinct.end(), same), distinct.end());
-  while (distinct.size() > 1 && same(distinct.front(), distinct.back()))
+  // A point equal to the one before it (the last one counting as before the first) goes,
+  // unless fewer than three points would be left.
+  std::vector<ChainAtom> distinct;
+  for (const ChainAtom& a : chain)
+    if (distinct.empty() || !SamePoint(distinct.back(), a))
+      distinct.push_back(a);
+  while (distinct.size() > 1 && SamePoint(distinct.front(), distinct.back()))
     distinct.pop_back();
   if (distinct.size() >= 3)
-    chain.swap(distinct);
+    chain = distinct;
   std::vector<Vec3> p;
   double scale = 0.0;
   for (const ChainAtom& a : chain) {
