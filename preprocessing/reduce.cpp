@@ -54,9 +54,6 @@ struct Box {
   Vec3 hi;
 };
 
-// A segment is named by its first vertex s (it runs s -> next[s]); `version` tells whether a
-// stored entry still describes the current segment of s (it changes when the segment does and
-// when s is erased), and then `box` is the segment's box.
 #ifdef TRESK_PREP_AVX
 // For each mask of four lanes: the numbers of the lanes set, in order, and how many there are.
 struct LaneTable {
@@ -76,6 +73,9 @@ constexpr LaneTable MakeLaneTable() {
 constexpr LaneTable kLaneTable = MakeLaneTable();
 #endif
 
+// A segment is named by its first vertex s (it runs s -> next[s]); `version` tells whether a
+// stored entry still describes the current segment of s (it changes when the segment does and
+// when s is erased), and then `box` is the segment's box.
 struct SegmentRef {
   int start;
   unsigned version;
@@ -223,14 +223,18 @@ struct Reducer {
   // A slot's new box, added to its group's box (std::min and std::max keep the group's bound
   // when the new one is NaN: such a box meets nothing anyway).
   void SetSlotBox(int slot, const Box& b) {
-    const double lo[3] = {b.lo.x, b.lo.y, b.lo.z}, hi[3] = {b.hi.x, b.hi.y, b.hi.z};
+    WriteSlotBox(slot, b);
     const int group = slot / kGroup;
+    const double lo[3] = {b.lo.x, b.lo.y, b.lo.z}, hi[3] = {b.hi.x, b.hi.y, b.hi.z};
     for (int k = 0; k < 3; ++k) {
-      boxLo[k][slot] = lo[k];
-      boxHi[k][slot] = hi[k];
       groupLo[k][group] = std::min(groupLo[k][group], lo[k]);
       groupHi[k][group] = std::max(groupHi[k][group], hi[k]);
     }
+  }
+
+  void WriteSlotBox(int slot, const Box& b) {
+    boxLo[0][slot] = b.lo.x, boxLo[1][slot] = b.lo.y, boxLo[2][slot] = b.lo.z;
+    boxHi[0][slot] = b.hi.x, boxHi[1][slot] = b.hi.y, boxHi[2][slot] = b.hi.z;
   }
 
   void ClearSlotBox(int slot) {
@@ -317,11 +321,7 @@ struct Reducer {
         return;
       slotOf[s] = slots;
       slotStart[slots] = s;
-      const Vec3 p = pts[s], q = pts[next[s]];
-      boxLo[0][slots] = std::min(p.x, q.x), boxHi[0][slots] = std::max(p.x, q.x);
-      boxLo[1][slots] = std::min(p.y, q.y), boxHi[1][slots] = std::max(p.y, q.y);
-      boxLo[2][slots] = std::min(p.z, q.z), boxHi[2][slots] = std::max(p.z, q.z);
-      ++slots;
+      WriteSlotBox(slots++, BoxOf(pts[s], pts[next[s]]));
     });
     std::fill(slotStart.begin() + slots, slotStart.end(), -1);
     for (size_t slot = slots; slot < padded; ++slot)

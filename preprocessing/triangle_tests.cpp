@@ -77,22 +77,6 @@ bool WithinByDistances(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn
          SegmentSegmentDistance2(p, q, b, c) <= tol2 || SegmentSegmentDistance2(p, q, c, a) <= tol2;
 }
 
-// The rest of SegmentNearTriangle for a segment that the plane test did not reject: dp, dq are
-// the heights of p and q above the plane (meaningless when nn is 0).
-bool NearPastPlane(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn, double dp, double dq,
-                   double tol) {
-  // A segment that crosses the plane inside the triangle touches it; near misses of the
-  // boundary are left to the distance tests below.
-  if (nn > 0.0 && ((dp > 0.0 && dq < 0.0) || (dp < 0.0 && dq > 0.0))) {
-    Vec3 x = p + (dp / (dp - dq)) * (q - p);
-    if (InsideTriangle(x, a, b, c, n))
-      return true;
-    if (CrossesFarOutside(p, q, a, b, c, n, nn, dp - dq, x, tol))
-      return false;
-  }
-  return WithinByDistances(p, q, a, b, c, n, nn, tol);
-}
-
 // Both ends farther than tol from the plane, on the same side.
 bool BeyondPlane(double dp, double dq, double tol) {
   return (dp > tol && dq > tol) || (dp < -tol && dq < -tol);
@@ -103,14 +87,21 @@ bool BeyondPlane(double dp, double dq, double tol) {
 bool SegmentNearTriangle(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, double tol) {
   const Vec3 n = Cross(b - a, c - a);
   const double nn = Norm(n);
-  double dp = 0.0, dq = 0.0;
   if (nn > 0.0) {
-    dp = Dot(n, p - a) / nn;
-    dq = Dot(n, q - a) / nn;
+    const double dp = Dot(n, p - a) / nn, dq = Dot(n, q - a) / nn;
     if (BeyondPlane(dp, dq, tol))
       return false;
+    // A segment that crosses the plane inside the triangle touches it; near misses of the
+    // boundary are left to the distance tests below.
+    if ((dp > 0.0 && dq < 0.0) || (dp < 0.0 && dq > 0.0)) {
+      const Vec3 x = p + (dp / (dp - dq)) * (q - p);
+      if (InsideTriangle(x, a, b, c, n))
+        return true;
+      if (CrossesFarOutside(p, q, a, b, c, n, nn, dp - dq, x, tol))
+        return false;
+    }
   }
-  return NearPastPlane(p, q, a, b, c, n, nn, dp, dq, tol);
+  return WithinByDistances(p, q, a, b, c, n, nn, tol); // n and nn as computed above
 }
 
 bool CrossesFarOutside(Vec3 p, Vec3 q, Vec3 a, Vec3 b, Vec3 c, Vec3 n, double nn, double rise,
