@@ -1,12 +1,14 @@
 // The numeric Alexander determinant: the matrix at one integer t, Gaussian elimination, factors
-// of t divided out, and the lookups by the knot table's values at t = -3.
+// of t divided out (the lookups by the table's values live in knots/numericLookup.cpp).
 #include "alexander/determinant.hpp"
 
 #include <cmath>
 #include <cstddef>
 #include <iostream>
 
+#include "alexander/foxRow.hpp"        // for tresk::FoxRowOf
 #include "preprocessing/chainprep.hpp" // for CompareEq
+#include "core/outcomes.hpp"           // for the counts slots
 
 using boost::math::tools::polynomial;
 
@@ -15,7 +17,6 @@ namespace {
 constexpr double kPivotTolerance = 1e-5;
 constexpr double kDivisibilityTolerance = 0.005;
 constexpr double kRescaleAbove = 1e8;
-constexpr int kTableKnots = 39; // rows 0..38 are searchable knots
 
 // fmod(det, t) within 0.005 of 0, t or -t. Never true for a zero det or |t| <= 1: dividing
 // those by t would not shrink them and the division loops would not end.
@@ -29,32 +30,17 @@ bool DivisibleBy(double det, int t) {
 
 } // namespace
 
-// Same layout and crossing convention as CreateFoxMatrix (alexander/foxMatrix.cpp), with the
-// entries evaluated at t; `sign` is tested as zero / non-zero.
+// Same layout and rows as CreateFoxMatrix (tresk::FoxRowOf), with the entries evaluated at t.
 std::vector<std::vector<double>> CreateFoxMatrix_double(std::vector<Crossing> const& crossings,
                                                         int t) {
   const std::size_t n = crossings.size();
   const double td = t;
   std::vector<std::vector<double>> M(n, std::vector<double>(n, 0.0));
   for (std::size_t k = 0; k < n; ++k) {
-    const Crossing& x = crossings[k];
-    const int a = x.arcOver;
-    const int b = x.arcIn;
-    const int c = x.arcOut;
-    const bool s = x.sign != 0;
-    std::vector<double>& row = M[k];
-    if (a != b && a != c) {
-      row[a] = 1.0 - td;
-      row[b] = s ? -1.0 : td;
-      row[c] = s ? td : -1.0;
-    } else if (a == b && a != c) {
-      row[a] = s ? -td : 1.0;
-      row[c] = s ? td : -1.0;
-    } else if (a == c && a != b) {
-      row[a] = s ? 1.0 : -td;
-      row[b] = s ? -1.0 : td;
-    } else {
-      row[a] = 0.0;
+    const tresk::FoxRow row = tresk::FoxRowOf(crossings[k]);
+    for (int e = 0; e < row.count; ++e) {
+      const tresk::FoxTerm& term = row.terms[e];
+      M[k][term.arc] = term.constant + term.linear * td; // exact: the terms are 0 or +-1
     }
   }
   if (!M.empty())
@@ -113,31 +99,6 @@ int Normalize_det_double(double x, int d) {
       v /= divisor;
   }
   return static_cast<int>(static_cast<unsigned int>(v));
-}
-
-// Divides out factors of 3 and compares with the table's values at t = -3, although the
-// determinant driver evaluates at t = 12: a numerically decided diagram therefore as a rule
-// gives 39 (the trefoil's 133 is not its table value 13), or 40 for a non-integral value.
-int WhichKnotDouble_OrdNr(double x) {
-  const double fraction = std::fmod(x, 1.0);
-  if (!(CompareEq(fraction, 0.0, kPivotTolerance) || CompareEq(fraction, 1.0, kPivotTolerance) ||
-        CompareEq(fraction, -1.0, kPivotTolerance))) {
-    return 40;
-  }
-  const int v = Normalize_det_double(x, 3);
-  for (int k = 0; k < kTableKnots; ++k) {
-    if (knots[k].valueAtMinus3 == v)
-      return k;
-  }
-  return 39;
-}
-
-polynomial<int> GivePolyByValM3(double x) {
-  for (int k = 0; k < kTableKnots; ++k) {
-    if (x == static_cast<double>(knots[k].valueAtMinus3))
-      return knots[k].poly;
-  }
-  return knots[0].poly;
 }
 
 void ShowMatrix_double(std::vector<std::vector<double>> const& M) {

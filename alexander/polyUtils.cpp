@@ -2,6 +2,7 @@
 // constant term positive, no symmetrisation), zero and equality tests, evaluation at an
 // integer with wrapping 32-bit arithmetic, and the console prints of a polynomial and a matrix.
 #include <iostream>
+#include <sstream>
 
 #include "alexander/polynomial.hpp"
 #include "core/wrapInt.hpp" // for WrapAdd, WrapMul, WrapNeg
@@ -74,7 +75,8 @@ int CalculatePoly(polynomial<int> p, int x) {
 
 // Writes e.g. "1 - t + t^2" or "2 - 3*t" (no newline); "0" when no coefficient is non-zero.
 // A first term that is negative and of degree >= 1 is written with a leading " - ".
-void ShowPoly(polynomial<int> p) {
+std::string tresk::PolyText(const polynomial<int>& p) {
+  std::ostringstream out;
   const std::vector<int>& c = p.data();
   int printed = 0;
   for (size_t k = 0; k < c.size(); ++k) {
@@ -83,27 +85,32 @@ void ShowPoly(polynomial<int> p) {
       continue;
     if (v > 0) {
       if (k > 0 && printed > 0)
-        std::cout << " + ";
+        out << " + ";
       if (k == 0 || v != 1)
-        std::cout << v;
+        out << v;
     } else if (k > 0) {
-      std::cout << " - ";
+      out << " - ";
       if (WrapNeg(v) != 1)
-        std::cout << WrapNeg(v);
+        out << WrapNeg(v);
     } else {
-      std::cout << "-" << WrapNeg(v);
+      out << "-" << WrapNeg(v);
     }
     if (k > 0) {
       if (WrapMul(v, v) != 1)
-        std::cout << "*";
-      std::cout << "t";
+        out << "*";
+      out << "t";
       if (k > 1)
-        std::cout << "^" << k;
+        out << "^" << k;
     }
     ++printed;
   }
   if (printed == 0)
-    std::cout << "0";
+    out << "0";
+  return out.str();
+}
+
+void ShowPoly(polynomial<int> p) {
+  std::cout << tresk::PolyText(p);
 }
 
 void ShowMatrix(std::vector<std::vector<polynomial<int>>> const& M) {

@@ -3,6 +3,7 @@
 // Normal form: lowest power of t divided out, constant term positive, no symmetrisation.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include <boost/math/tools/polynomial.hpp>
@@ -25,4 +26,6 @@ void ShowMatrix(std::vector<std::vector<boost::math::tools::polynomial<int>>> co
 namespace tresk {
 // EqualPolies on coefficient lists, without copying them.
 bool EqualCoefficients(std::vector<int> const& a, std::vector<int> const& b);
+// What ShowPoly writes, e.g. "1 - t + t^2" or "2 - 3*t"; "0" when no coefficient is non-zero.
+std::string PolyText(const boost::math::tools::polynomial<int>& p);
 } // namespace tresk

@@ -16,6 +16,7 @@
 #include "knots/knotTable.hpp"         // for EnsureKnotsFilled
 #include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, removeTrailingZeros
 #include "preprocessing/chainprep.hpp" // for ProjectChain
+#include "core/outcomes.hpp"           // for the counts slots
 
 namespace {
 
@@ -23,7 +24,7 @@ namespace {
 // documented calls; the numeric determinant, evaluated at kNumericT, takes over above it.
 constexpr int kExactCrossingBound = 16;
 constexpr int kNumericT = 12;
-constexpr int kProblemWithProjecting = 40;
+constexpr int kProblemWithProjecting = tresk::kProblem;
 
 using Poly = boost::math::tools::polynomial<int>;
 

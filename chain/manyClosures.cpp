@@ -5,49 +5,25 @@
 #include <algorithm>
 #include <memory>
 
+#include "chain/closing.hpp"           // for tresk::CloseByMethod, tresk::FirstUsableOrdinal
 #include "chain/naming.hpp"            // for tresk::KnotInDirection
 #include "knots/extendedTable.hpp"     // for the extended table's ordinals and verdict
 #include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj
 #include "preprocessing/chainprep.hpp" // for the closures and ChainReduce
 #include "preprocessing/open_cut.hpp"  // for tresk::OpenChainCut
+#include "core/outcomes.hpp"           // for the counts slots
 
 namespace {
 
-constexpr int kCountSlots = 42;
-constexpr int kProblemWithProjecting = 40; // the numeric determinant was not an integer
-constexpr int kDirectionsPerClosure = 30;
-constexpr double kClosureParameter = 1.25;
-constexpr int kUnknotOrdinal = 0;
+constexpr int kCountSlots = tresk::kOrdinals;
+constexpr int kProblemWithProjecting = tresk::kProblem; // the numeric value is not an integer
+constexpr int kUnknotOrdinal = tresk::kUnknot;
 // Random closures in a row without a usable direction before a robust vote stops drawing again:
 // from then on such a closure is counted as "Problem with projecting" (a chain that touches
 // itself is degenerate in every direction, whatever the closure).
 constexpr int kMaxFailedDraws = 10;
 // The documented vote names diagrams of more crossings numerically.
 constexpr int kDocumentedNumericAbove = 16;
-
-// Closes `chain` in place by closure method `method`; methods 1 to 3 are asked again on the
-// same, already changed chain for as long as they answer -1.
-void Close(std::vector<ChainAtom>& chain, int method) {
-  switch (method) {
-  case 1:
-    while (CloseChain_OUT(chain, kClosureParameter) == -1) {
-    }
-    break;
-  case 2:
-    while (CloseChain_2points(chain, kClosureParameter) == -1) {
-    }
-    break;
-  case 3:
-    while (CloseChain_1point(chain, kClosureParameter) == -1) {
-    }
-    break;
-  case 4:
-    CloseChain_1direction(chain);
-    break;
-  default: // 0 (the chain is already closed) and unknown methods use the chain as it is
-    break;
-  }
-}
 
 // Whether the closed chain visits at most three distinct points (a triangle or less).
 bool AtMostThreePoints(const std::vector<ChainAtom>& chain) {
@@ -102,16 +78,15 @@ void Vote(const std::vector<ChainAtom>& chain, int* counts, int closureMethod, i
   int failedDraws = 0;
   for (int pass = 0; pass < closures;) {
     working = *source;
-    Close(working, closureMethod);
+    tresk::CloseByMethod(working, closureMethod, tresk::ClosureRetry::drawAgain);
     if (shared)
       shared->Apply(working);
     ChainReduce(working, true);
     int ordinal = problem;
     if (robust && AtMostThreePoints(working))
       ordinal = unknot; // a triangle, however flat, bounds a disc
-    for (int d = 0; d < kDirectionsPerClosure && ordinal == problem; ++d) {
-      ordinal = ordinalOf(working, d);
-    }
+    if (ordinal == problem)
+      ordinal = tresk::FirstUsableOrdinal(working, problem, ordinalOf);
     // Every direction failed numerically. A random closure is drawn again and casts no vote; a
     // deterministic one (methods 0 and 1, and the unclosed chain of unknown methods) would give
     // the same closed chain for ever, so it is counted as "Problem with projecting" instead, as

@@ -36,79 +36,19 @@ struct BatchOptions {
   tresk::SurveyOptions survey;
 };
 
-struct Unit {
-  std::string path;
-  std::string chain; // "" = every polymer chain (or the one chain of a text file)
-};
+using Unit = tresk::SurveyInput;
 
 [[noreturn]] void Refuse(const std::string& message) {
   std::cerr << "tresk batch: " << message << "\n";
   Fail(1);
 }
 
-// Chain files a folder contributes: these names, optionally gzip-compressed.
-bool IsChainFile(const std::filesystem::path& path) {
-  std::string name = path.filename().string();
-  if (name.size() > 3 && name.compare(name.size() - 3, 3, ".gz") == 0)
-    name.resize(name.size() - 3);
-  const std::string extension = std::filesystem::path(name).extension().string();
-  for (const char* known : {".xyz", ".pdb", ".ent", ".cif", ".mmcif"})
-    if (extension == known)
-      return true;
-  return false;
-}
-
-void AddPath(const std::string& path, const std::string& chain, std::vector<Unit>& units) {
-  std::error_code error;
-  if (!std::filesystem::is_directory(path, error)) {
-    units.push_back({path, chain});
-    return;
-  }
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(path, error))
-    if (entry.is_regular_file(error) && IsChainFile(entry.path()))
-      names.push_back(entry.path().string());
-  if (error)
-    Refuse("cannot list the folder " + path + ": " + error.message());
-  std::sort(names.begin(), names.end());
-  for (const std::string& name : names)
-    units.push_back({name, chain});
-}
-
-// Files, folders (their chain files, sorted, not recursive) and @lists (a path and optionally a
-// chain per line; '#' starts a comment line), in the order given.
 std::vector<Unit> ExpandInputs(const BatchOptions& o) {
-  std::vector<Unit> units;
-  for (const std::string& input : o.inputs) {
-    if (input.size() < 2 || input[0] != '@') {
-      AddPath(input, o.survey.choice.chain, units);
-      continue;
-    }
-    std::ifstream list(input.substr(1));
-    if (!list)
-      Refuse("cannot read the list " + input.substr(1));
-    for (std::string line; std::getline(list, line);) {
-      std::istringstream words(line);
-      std::string path, chain = o.survey.choice.chain;
-      if ((words >> path) && path[0] != '#') {
-        words >> chain;
-        AddPath(path, chain, units);
-      }
-    }
-  }
-  // A file named without a chain gives every chain: its other mentions are dropped, so that each
-  // row has one (file, chain) key to be found by when resuming.
-  std::set<std::string> whole;
-  for (const Unit& unit : units)
-    if (unit.chain.empty())
-      whole.insert(unit.path);
-  std::set<std::pair<std::string, std::string>> seen;
-  std::vector<Unit> unique;
-  for (Unit& unit : units)
-    if ((unit.chain.empty() || whole.count(unit.path) == 0) &&
-        seen.insert({unit.path, unit.chain}).second)
-      unique.push_back(std::move(unit));
-  return unique;
+  std::string error;
+  std::vector<Unit> units = tresk::ExpandSurveyInputs(o.inputs, o.survey.choice.chain, error);
+  if (!error.empty())
+    Refuse(error);
+  return units;
 }
 
 // A worker's end of the work: unit numbers in, [number, length, rows] messages out, until the

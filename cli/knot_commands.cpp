@@ -6,16 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "alexander/determinant.hpp" // for WhichKnotDouble_OrdNr
-#include "alexander/polynomial.hpp"  // for ShowPoly
-#include "chain/naming.hpp"          // for tresk::PolynomialInDirection, tresk::VoteOverClosures
 #include "cli/commands.hpp"
-#include "crossings/crossings.hpp"     // for FindAllCrossings
-#include "entry/api.hpp"               // for tresk::PolymerChains
-#include "entry/entry.hpp"             // for FindMajorKnot, GiveTheNameOfKnot
-#include "knots/extendedTable.hpp"     // for tresk::ExtendedOrdinal, tresk::ExtendedOutcomeName
-#include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, knots
-#include "preprocessing/chainprep.hpp" // for ChainReduce, ProjectChain
+#include "entry/api.hpp" // for tresk::NameChain, tresk::PolynomialOfClosedChain, tresk::PolymerChains
 
 namespace {
 
@@ -53,20 +45,12 @@ void NameOneChain(const std::vector<ChainAtom>& chain, const KnotOptions& o, std
         *report << message << "\n";
     }
   }
-  int counts[42];
-  // The documented call where it names the same way, and for its message on coordinates it
-  // cannot use.
-  const bool usable = tresk::CheckCoordinates(chain).empty();
-  if (usable && o.naming.table == tresk::KnotTable::extended) {
-    std::cout << label << tresk::NameOverClosures(chain, o.closureMethod, o.closures, o.naming)
-              << "\n";
-    return;
-  }
-  if (o.naming.numericAbove == kExactCrossingBound || !usable)
-    FindMajorKnot(chain, counts, o.closureMethod, o.closures);
-  else
-    tresk::VoteOverClosures(chain, counts, o.closureMethod, o.closures, o.naming);
-  std::cout << label << GiveTheNameOfKnot(counts) << "\n";
+  tresk::VoteOptions vote;
+  vote.closureMethod = o.closureMethod;
+  vote.closures = o.closures;
+  vote.naming = o.naming;
+  vote.documented = o.naming.numericAbove == kExactCrossingBound; // exactly FindMajorKnot
+  std::cout << label << tresk::NameChain(chain, vote).verdict << "\n";
 }
 
 void RunKnot(const KnotOptions& o) {
@@ -105,70 +89,41 @@ void RunKnot(const KnotOptions& o) {
   }
 }
 
-// Ring files often repeat the first atom at the end; the projection wants each atom once.
-void DropRepeatedEnd(std::vector<ChainAtom>& chain) {
-  if (chain.size() < 4)
-    return;
-  const ChainAtom& a = chain.front();
-  const ChainAtom& b = chain.back();
-  if (a.x == b.x && a.y == b.y && a.z == b.z)
-    chain.pop_back();
-}
-
 void RunPoly(const PolyOptions& o) {
-  std::vector<ChainAtom> chain = ReadChainOrFail(o.file, o.choice, "poly");
-  tresk::ScaleUpIfTiny(chain);
-  DropRepeatedEnd(chain);
-  std::cout << "atoms: " << chain.size();
-  if (!o.noReduce) {
-    ChainReduce(chain, true);
-    std::cout << " (reduced to " << chain.size() << ")";
-  }
+  const tresk::ClosedChainPolynomial p = tresk::PolynomialOfClosedChain(
+      ReadChainOrFail(o.file, o.choice, "poly"), o.direction, !o.noReduce, o.naming);
+  std::cout << "atoms: " << p.atoms;
+  if (!o.noReduce)
+    std::cout << " (reduced to " << p.reducedAtoms << ")";
   std::cout << "\n";
-
-  std::vector<Edge> edges = ProjectChain(chain, o.direction, true);
-  std::vector<Crossing> crossings;
-  if (FindAllCrossings(edges, crossings, true) != 0) {
+  if (p.degenerate) {
     std::cout.flush();
     std::cerr << "tresk poly: the projection in direction " << o.direction
               << " is degenerate; try another --direction\n";
     Fail(2);
   }
-  std::cout << "crossings: " << crossings.size() << " in direction " << o.direction << "\n";
-
-  const bool extended = o.naming.table == tresk::KnotTable::extended;
-  boost::math::tools::polynomial<int> poly;
-  double value = 0.0;
-  int ordinal;
-  int count = 0;
-  if (tresk::PolynomialInDirection(chain, o.direction, o.naming, poly, value, count)) {
-    if (count <= kExactCrossingBound)
+  std::cout << "crossings: " << p.crossings << " in direction " << o.direction << "\n";
+  if (p.exact) {
+    if (p.crossings <= kExactCrossingBound)
       std::cout << "way: exact Alexander polynomial (at most " << kExactCrossingBound
                 << " crossings)\ncoefficients:";
     else
-      std::cout << "way: exact Alexander polynomial (" << count << " crossings)\ncoefficients:";
-    for (std::size_t k = 0; k < poly.size(); ++k)
-      std::cout << " " << poly[k];
-    if (poly.size() == 0)
+      std::cout << "way: exact Alexander polynomial (" << p.crossings
+                << " crossings)\ncoefficients:";
+    for (const int c : p.coefficients)
+      std::cout << " " << c;
+    if (p.coefficients.empty())
       std::cout << " (a coefficient is beyond the int range)";
-    std::cout << "\npolynomial: ";
-    ShowPoly(poly);
-    std::cout << "\n";
-    ordinal = extended ? tresk::ExtendedOrdinal(poly) : WhichKnot_OrdNr(poly);
+    std::cout << "\npolynomial: " << p.polynomial << "\n";
   } else {
     std::cout << "way: numeric determinant at t = 12 (more than " << o.naming.numericAbove
-              << " crossings)\nvalue: " << value << "\n";
-    ordinal = extended ? tresk::ExtendedNumericOrdinal(value) : WhichKnotDouble_OrdNr(value);
+              << " crossings)\nvalue: " << p.value << "\n";
   }
-  if (extended) {
-    std::cout << "knot: " << tresk::ExtendedOutcomeName(ordinal);
-    if (ordinal == tresk::ExtendedUnknown())
-      std::cout << " (not in the extended table of knots up to 10 crossings)";
-  } else {
-    std::cout << "knot: " << knots[ordinal].name;
-    if (ordinal == 39)
-      std::cout << " (not in the table of knots up to 8 crossings)";
-  }
+  std::cout << "knot: " << p.name;
+  if (!p.inTable)
+    std::cout << (o.naming.table == tresk::KnotTable::extended
+                      ? " (not in the extended table of knots up to 10 crossings)"
+                      : " (not in the table of knots up to 8 crossings)");
   std::cout << "\n";
 }
 

@@ -14,11 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "chain/naming.hpp" // for tresk::PolynomialInDirection
 #include "cli/commands.hpp"
-#include "knots/knotTable.hpp"         // for tresk::EnsureKnotsFilled
-#include "knots/whichKnot.hpp"         // for knots
-#include "preprocessing/chainprep.hpp" // for ChainReduce
+#include "entry/api.hpp" // for tresk::PolynomialInDirection, FillKnotsArray, knots, ChainReduce
 
 namespace {
 
@@ -248,7 +245,7 @@ void Build(const BuildOptions& o) {
       entries.push_back({prime[name], {name}});
   }
   // The standard table's rows keep their texts; its composites are products of their factors.
-  tresk::EnsureKnotsFilled();
+  FillKnotsArray();
   for (int row = 1; row <= 38; ++row) {
     const Coefficients poly = knots[row].poly.data();
     const std::vector<std::string> parts = Split(knots[row].name, '|');

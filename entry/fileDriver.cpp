@@ -12,6 +12,7 @@
 #include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj
 #include "preprocessing/chainprep.hpp" // for ChainRead, CheckDistancesBetweenAtoms
 #include "scan/scan.hpp"               // for FindAllKnots
+#include "core/outcomes.hpp"           // for the counts slots
 
 namespace {
 
@@ -55,7 +56,7 @@ int FindKnots(int type, char* inputFile, char* outputFile, int check, int step, 
 
   switch (type) {
   case 0: {
-    int counts[42];
+    int counts[tresk::kOrdinals];
     FindOneKnot(chain, counts, closureMethod, closures);
     std::cout << GiveTheNameOfKnot_allProj(counts) << "\n";
     break;

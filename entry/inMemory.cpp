@@ -11,6 +11,7 @@
 #include "entry/entry.hpp"
 #include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj, GiveTheNameOfKnot_toMatrix
 #include "preprocessing/readChain.hpp" // for tresk::CheckCoordinates
+#include "core/outcomes.hpp"           // for the counts slots
 
 namespace {
 
@@ -36,7 +37,7 @@ int FindMajorKnot(const std::vector<ChainAtom>& chain, int* counts, int closureM
   }
   const std::string bad = tresk::CheckCoordinates(chain);
   if (!bad.empty()) {
-    std::fill(counts, counts + 42, 0);
+    std::fill(counts, counts + tresk::kOrdinals, 0);
     std::cerr << "FindMajorKnot: " << bad << "\n";
     return -1;
   }

@@ -2,17 +2,17 @@
 // named, one row per chain in TSV or JSON lines; and the rows an earlier run left behind.
 #include "entry/survey.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
-#include "entry/entry.hpp"             // for FindMajorKnot, GiveTheNameOfKnot
-#include "knots/tallyMath.hpp"         // for tresk::kOrdinals, tresk::kInside
-#include "knots/whichKnot.hpp"         // for knots
-#include "preprocessing/chainprep.hpp" // for CheckDistancesBetweenAtoms
+#include "entry/naming.hpp"            // for tresk::NameChain
+#include "preprocessing/distances.hpp" // for tresk::CheckDistances
 
 namespace tresk {
 namespace {
@@ -87,33 +87,99 @@ void NameChain(const std::vector<ChainAtom>& atoms, const SurveyOptions& o, Surv
   if (!row.error.empty())
     return;
   std::srand(SurveySeed(o.seed, row.file, row.chain));
-  int counts[kOrdinals] = {};
-  FindMajorKnot(atoms, counts, o.closureMethod, o.closures);
-  row.verdict = GiveTheNameOfKnot(counts);
+  VoteOptions vote;
+  vote.closureMethod = o.closureMethod;
+  vote.closures = o.closures;
+  vote.documented = true; // a survey row is what FindMajorKnot counts
+  const ChainVote named = NameChain(atoms, vote);
+  row.verdict = named.verdict;
   while (!row.verdict.empty() && (row.verdict.back() == ' ' || row.verdict.back() == '\t'))
     row.verdict.pop_back();
-  // The verdict's first type: the most closures, the lower ordinal on ties.
-  int total = 0, best = -1;
-  for (int k = 0; k < kOrdinals; ++k) {
-    total += counts[k];
-    if (k != kInside && counts[k] > 0 && (best < 0 || counts[k] > counts[best]))
-      best = k;
-  }
-  if (best >= 0) {
-    row.dominant = knots[best].name;
-    row.share = static_cast<double>(counts[best]) / total;
-  }
+  row.dominant = named.dominant;
+  row.share = named.share;
 }
 
 } // namespace
 
+namespace {
+
+// Chain files a folder contributes: these names, optionally gzip-compressed.
+bool IsChainFile(const std::filesystem::path& path) {
+  std::string name = path.filename().string();
+  if (name.size() > 3 && name.compare(name.size() - 3, 3, ".gz") == 0)
+    name.resize(name.size() - 3);
+  const std::string extension = std::filesystem::path(name).extension().string();
+  for (const char* known : {".xyz", ".pdb", ".ent", ".cif", ".mmcif"})
+    if (extension == known)
+      return true;
+  return false;
+}
+
+bool AddPath(const std::string& path, const std::string& chain, std::vector<SurveyInput>& units,
+             std::string& error) {
+  std::error_code failed;
+  if (!std::filesystem::is_directory(path, failed)) {
+    units.push_back({path, chain});
+    return true;
+  }
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(path, failed))
+    if (entry.is_regular_file(failed) && IsChainFile(entry.path()))
+      names.push_back(entry.path().string());
+  if (failed) {
+    error = "cannot list the folder " + path + ": " + failed.message();
+    return false;
+  }
+  std::sort(names.begin(), names.end());
+  for (const std::string& name : names)
+    units.push_back({name, chain});
+  return true;
+}
+
+} // namespace
+
+std::vector<SurveyInput> ExpandSurveyInputs(const std::vector<std::string>& inputs,
+                                            const std::string& chain, std::string& error) {
+  error.clear();
+  std::vector<SurveyInput> units;
+  for (const std::string& input : inputs) {
+    if (input.size() < 2 || input[0] != '@') {
+      if (!AddPath(input, chain, units, error))
+        return {};
+      continue;
+    }
+    std::ifstream list(input.substr(1));
+    if (!list) {
+      error = "cannot read the list " + input.substr(1);
+      return {};
+    }
+    for (std::string line; std::getline(list, line);) {
+      std::istringstream words(line);
+      std::string path, named = chain;
+      if ((words >> path) && path[0] != '#') {
+        words >> named;
+        if (!AddPath(path, named, units, error))
+          return {};
+      }
+    }
+  }
+  // A file named without a chain gives every chain: its other mentions are dropped, so that each
+  // row has one (file, chain) key to be found by when resuming.
+  std::set<std::string> whole;
+  for (const SurveyInput& unit : units)
+    if (unit.chain.empty())
+      whole.insert(unit.path);
+  std::set<std::pair<std::string, std::string>> seen;
+  std::vector<SurveyInput> unique;
+  for (SurveyInput& unit : units)
+    if ((unit.chain.empty() || whole.count(unit.path) == 0) &&
+        seen.insert({unit.path, unit.chain}).second)
+      unique.push_back(std::move(unit));
+  return unique;
+}
+
 int CountChainBreaks(const std::vector<ChainAtom>& atoms) {
-  const std::string distances = CheckDistancesBetweenAtoms(atoms);
-  int breaks = 0;
-  for (std::size_t at = distances.find("Chain break"); at != std::string::npos;
-       at = distances.find("Chain break", at + 1))
-    ++breaks;
-  return breaks;
+  return CheckDistances(atoms).breaks;
 }
 
 unsigned SurveySeed(unsigned seed, const std::string& file, const std::string& chain) {

@@ -26,7 +26,7 @@ struct SurveyRow {
   std::string file;      // the path as given
   std::string chain;     // the chain read ("" for plain text files, or the chain asked for)
   std::size_t atoms = 0; // backbone atoms of the chain
-  int breaks = 0;        // chain breaks the distance check finds (it lists at most 20 problems)
+  int breaks = 0;        // chain breaks the distance check finds (CountChainBreaks)
   std::string verdict;   // every type with its share, e.g. "3_1(70%) 01(30%)"
   std::string dominant;  // the most frequent type, e.g. "3_1"
   double share = 0.0;    // its share of the closures, 0 to 1
@@ -34,7 +34,22 @@ struct SurveyRow {
   std::string error;     // "" for a verdict; otherwise why the file or chain has none
 };
 
-// Chain breaks as the distance check reports them ("Chain break" lines).
+// One (file, chain) unit of a survey; chain "" = every polymer chain of the file.
+struct SurveyInput {
+  std::string path;
+  std::string chain;
+};
+
+// The units of files, folders (their .xyz .pdb .ent .cif .mmcif files, gzipped or not, sorted by
+// name, not recursive) and @LIST files (one path per line, optionally followed by a chain id;
+// '#' starts a comment line), in the order given, with `chain` for those that name none. A file
+// named without a chain covers all its chains: its other mentions are dropped, and repeated
+// entries count once. On failure (an unreadable list or folder) `error` says why and the result
+// is empty.
+std::vector<SurveyInput> ExpandSurveyInputs(const std::vector<std::string>& inputs,
+                                            const std::string& chain, std::string& error);
+
+// Chain breaks the distance check finds: every one, not only the 20 problems it lists.
 int CountChainBreaks(const std::vector<ChainAtom>& atoms);
 
 // The seed of rand() for one chain of one file: the same wherever and whenever it is analysed,

@@ -12,7 +12,7 @@
 #include "alexander/polynomial.hpp"  // for NormalizePoly
 #include "core/records.hpp"          // for UNKNOWN, Knocik
 #include "knots/knotTable.hpp"       // for EnsureKnotsFilled
-#include "knots/tallyMath.hpp"       // for Percent, WrapAdd
+#include "knots/verdictText.hpp"     // for VerdictText
 #include "knots/whichKnot.hpp"       // for WayToSortKnociki
 
 namespace tresk {
@@ -138,24 +138,8 @@ int ExtendedNumericOrdinal(double value) {
 }
 
 std::string ExtendedVerdict(const std::vector<int>& counts) {
-  std::vector<Knocik> outcomes;
-  int total = 0;
-  for (std::size_t i = 0; i < counts.size(); ++i) {
-    if (counts[i] > 0) {
-      outcomes.push_back({static_cast<int32_t>(i), counts[i]});
-      total = WrapAdd(total, counts[i]);
-    }
-  }
-  std::stable_sort(outcomes.begin(), outcomes.end(), WayToSortKnociki);
-  std::string text;
-  for (const Knocik& k : outcomes)
-    text += ExtendedOutcomeName(k.ordinal) + "(" + std::to_string(Percent(k.count, total)) + "%) ";
-  const int problem = ExtendedProblem();
-  const int failed = static_cast<std::size_t>(problem) < counts.size() ? counts[problem] : 0;
-  if (failed < 1)
-    return text;
-  return text + "IN(" + std::to_string(failed) +
-         (failed > total / 3 ? ")  \t----- many INSIDE!" : ") ");
+  return VerdictText(counts.data(), static_cast<int>(counts.size()), ExtendedOutcomeName,
+                     ExtendedProblem(), -1);
 }
 
 } // namespace tresk

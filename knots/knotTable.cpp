@@ -8,8 +8,9 @@
 
 #include "knots/knotTable.hpp"
 #include "knots/whichKnot.hpp"
+#include "core/outcomes.hpp" // for the counts slots
 
-KnownKnot knots[42];
+KnownKnot knots[tresk::kOrdinals];
 
 namespace {
 
@@ -23,7 +24,7 @@ struct TableRow {
 
 // Stored as tabulated: "7_2" at -3 is 5, "8_1" 17, "8_15" 65, "7_5" at -2 is 104, "3_1#5_1"
 // at -2 is 112 (the value of row 38's polynomial) and "3_1#5_2" at -2 is 0.
-constexpr TableRow kRows[42] = {
+constexpr TableRow kRows[tresk::kOrdinals] = {
     {{1}, 1, 1, 1, nullptr},
     {{1, -1, 1}, 3, 7, 13, "3_1"},
     {{1, -3, 1}, 3, 11, 19, "4_1"},
@@ -97,7 +98,7 @@ void FillRow(int i) {
 } // namespace
 
 void FillKnotsArray() {
-  for (int i = 0; i < 42; ++i)
+  for (int i = 0; i < tresk::kOrdinals; ++i)
     FillRow(i);
 }
 

@@ -2,14 +2,10 @@
 // 41 inside) and the percentage of the verdicts, in wrapping int arithmetic.
 #pragma once
 
-#include "core/wrapInt.hpp" // for WrapAdd, WrapMul, WrapDiv
+#include "core/outcomes.hpp" // for the ordinals
+#include "core/wrapInt.hpp"  // for WrapAdd, WrapMul, WrapDiv
 
 namespace tresk {
-
-constexpr int kOrdinals = 42;
-constexpr int kUnknown = 39;
-constexpr int kProblem = 40;
-constexpr int kInside = 41;
 
 // value * 100 / total in int arithmetic: a percentage, truncated; 0 for a zero total.
 inline int Percent(int value, int total) {

@@ -9,6 +9,7 @@
 #include "knots/tallyMath.hpp" // for Percent, the ordinals
 #include "knots/whichKnot.hpp"
 #include "knots/knotTable.hpp" // for tresk::EnsureKnotsFilled
+#include "knots/verdictText.hpp"
 
 // The most frequent outcome (ties to the lower ordinal) when it holds strictly more than 50
 // percent after truncation; "-2" when no closure reached a knot outcome (0..39), else "-1".
@@ -58,31 +59,37 @@ int GiveTheStrenghtOfKnot_poly(std::map<std::string, float> polies) {
   return tresk::Percent(largest, total);
 }
 
-// E.g. "3_1(70%) 01(30%) ": outcomes by descending count (ties by ascending ordinal), inside
-// closures never listed with a share; failed and inside closures together as "IN(n) ", marked
-// when they exceed a third of the total.
+// E.g. "3_1(70%) 01(30%) ": see tresk::VerdictText.
 std::string GiveTheNameOfKnot_allProj(int* counts) {
   tresk::EnsureKnotsFilled(); // names and polynomials exist before any explicit load
+  return tresk::VerdictText(
+      counts, tresk::kOrdinals, [](int ordinal) { return knots[ordinal].name; }, tresk::kProblem,
+      tresk::kInside);
+}
+
+std::string tresk::VerdictText(const int* counts, int slots,
+                               const std::function<std::string(int)>& nameOf, int problem,
+                               int inside) {
   std::vector<Knocik> outcomes;
-  outcomes.reserve(tresk::kOrdinals);
   int total = 0;
-  for (int i = 0; i < tresk::kOrdinals; ++i) {
+  for (int i = 0; i < slots; ++i) {
     if (counts[i] > 0) {
       outcomes.push_back({i, counts[i]});
-      total = tresk::WrapAdd(total, counts[i]);
+      total = WrapAdd(total, counts[i]);
     }
   }
   std::stable_sort(outcomes.begin(), outcomes.end(), WayToSortKnociki);
   std::string text;
   for (const Knocik& k : outcomes) {
-    if (k.ordinal == tresk::kInside)
+    if (k.ordinal == inside)
       continue;
-    text += knots[k.ordinal].name;
+    text += nameOf(k.ordinal);
     text += "(";
-    text += std::to_string(tresk::Percent(k.count, total));
+    text += std::to_string(Percent(k.count, total));
     text += "%) ";
   }
-  const int notClosed = tresk::WrapAdd(counts[tresk::kProblem], counts[tresk::kInside]);
+  const int failed = problem >= 0 && problem < slots ? counts[problem] : 0;
+  const int notClosed = WrapAdd(failed, inside >= 0 && inside < slots ? counts[inside] : 0);
   if (notClosed < 1)
     return text;
   text += "IN(";

@@ -3,10 +3,11 @@
 #include "alexander/polynomial.hpp" // for NormalizePoly, EqualCoefficients
 #include "knots/knotTable.hpp"
 #include "knots/whichKnot.hpp"
+#include "core/outcomes.hpp" // for the counts slots
 
 namespace {
-constexpr int kSearchable = 39; // rows 0..38
-constexpr int kNoMatch = 39;
+constexpr int kSearchable = tresk::kTableKnots; // rows 0..38
+constexpr int kNoMatch = tresk::kUnknown;
 } // namespace
 
 int tresk::KnotOrdinal(const boost::math::tools::polynomial<int>& poly) {

@@ -1,6 +1,8 @@
 // CheckDistancesBetweenAtoms: chain breaks and atoms that (almost) coincide, judged against the
 // chain's own typical neighbour distance so that any unit of length works.
-#include "preprocessing/chainprep.hpp"
+#include "preprocessing/distances.hpp"
+
+#include "preprocessing/chainprep.hpp" // for OK, CheckDistancesBetweenAtoms
 
 #include <algorithm>
 #include <cmath>
@@ -49,30 +51,36 @@ std::vector<Problem> ClosePairs(const std::vector<ChainAtom>& chain, double limi
 
 } // namespace
 
-std::string CheckDistancesBetweenAtoms(std::vector<ChainAtom> chain) {
+tresk::DistanceReport tresk::CheckDistances(const std::vector<ChainAtom>& chain) {
+  DistanceReport report;
+  report.message = OK;
   size_t n = chain.size();
   if (n < 2)
-    return OK;
+    return report;
   std::vector<double> steps(n - 1);
   for (size_t i = 0; i + 1 < n; ++i)
     steps[i] = Norm(PositionOf(chain[i + 1]) - PositionOf(chain[i]));
   std::vector<double> sorted = steps;
   std::nth_element(sorted.begin(), sorted.begin() + sorted.size() / 2, sorted.end());
   double typical = sorted[sorted.size() / 2];
+  report.typical = typical;
   if (!(typical > 0.0) || !std::isfinite(typical)) {
     std::ostringstream msg;
     msg << "Most neighbouring atoms of the chain coincide (typical neighbour distance " << typical
         << "); the chain cannot be analysed.\n";
-    return msg.str();
+    report.message = msg.str();
+    return report;
   }
   std::vector<Problem> problems;
   for (size_t i = 0; i + 1 < n; ++i)
     if (steps[i] > kBreakFactor * typical)
       problems.push_back({static_cast<int>(i), static_cast<int>(i + 1), steps[i], true});
+  report.breaks = static_cast<int>(problems.size());
   std::vector<Problem> close = ClosePairs(chain, kTooClose * typical);
+  report.clashes = static_cast<int>(close.size());
   problems.insert(problems.end(), close.begin(), close.end());
   if (problems.empty())
-    return OK;
+    return report;
   std::sort(problems.begin(), problems.end(), [](const Problem& a, const Problem& b) {
     return a.first != b.first ? a.first < b.first : a.second < b.second;
   });
@@ -88,5 +96,10 @@ std::string CheckDistancesBetweenAtoms(std::vector<ChainAtom> chain) {
   }
   if (problems.size() > static_cast<size_t>(kMaxListed))
     msg << "... and " << problems.size() - kMaxListed << " more distance problems.\n";
-  return msg.str();
+  report.message = msg.str();
+  return report;
+}
+
+std::string CheckDistancesBetweenAtoms(std::vector<ChainAtom> chain) {
+  return tresk::CheckDistances(chain).message;
 }

@@ -13,14 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "alexander/determinant.hpp"   // for WhichKnotDouble_OrdNr
-#include "chain/naming.hpp"            // for tresk::ExtendedVoteOverClosures
-#include "entry/api.hpp"               // for tresk::ReadChain, tresk::FingerprintRows
-#include "entry/entry.hpp"             // for FindMajorKnot, GiveTheNameOfKnot
-#include "entry/survey.hpp"            // for tresk::SurveyFile, tresk::FormatSurveyRow
-#include "knots/extendedTable.hpp"     // for tresk::ExtendedVerdict, tresk::ExtendedOutcomeName
-#include "knots/whichKnot.hpp"         // for WhichKnot_OrdNr, knots
-#include "preprocessing/chainprep.hpp" // for ChainReduce
+#include "entry/api.hpp" // the library's own API and the documented calls
 
 namespace py = pybind11;
 
@@ -102,34 +95,22 @@ py::tuple PyKnot(const Coordinates& xyz, int closures, int method, const py::obj
                  const std::string& table) {
   const std::vector<ChainAtom> chain = ChainFromArray(xyz, py::none());
   const std::optional<unsigned> seeded = SeedOf(seed);
-  // The extended table counts its own outcomes; unusable coordinates go the documented way
-  // for its message.
-  const bool extended = table == "extended" && CheckCoordinates(chain).empty();
-  std::vector<int> counts(42, 0);
-  std::string verdict;
+  VoteOptions options;
+  options.closureMethod = method;
+  options.closures = closures;
+  options.naming.table = table == "extended" ? KnotTable::extended : KnotTable::standard;
+  options.documented = true; // the standard table counts what FindMajorKnot counts
+  ChainVote vote;
   {
     py::gil_scoped_release release;
     std::lock_guard<std::mutex> lock(engineMutex);
     Seed(seeded);
-    if (extended) {
-      counts = ExtendedVoteOverClosures(chain, method, closures, NamingOptions{});
-      verdict = ExtendedVerdict(counts);
-    } else {
-      FindMajorKnot(chain, counts.data(), method, closures);
-      verdict = GiveTheNameOfKnot(counts.data());
-    }
+    vote = NameChain(chain, options);
   }
-  int total = 0;
-  for (int count : counts)
-    total += count;
   py::dict shares;
-  for (std::size_t i = 0; i < counts.size(); ++i) {
-    if (counts[i] > 0) {
-      const std::string name = extended ? ExtendedOutcomeName(static_cast<int>(i)) : knots[i].name;
-      shares[py::str(name)] = static_cast<double>(counts[i]) / total;
-    }
-  }
-  return py::make_tuple(shares, verdict);
+  for (const auto& [name, share] : Shares(vote))
+    shares[py::str(name)] = share;
+  return py::make_tuple(shares, vote.verdict);
 }
 
 py::tuple PyPolynomial(const Coordinates& xyz) {
@@ -234,6 +215,23 @@ py::bytes PySurveyError(const std::string& path, const std::string& chain, const
   return py::bytes(FormatSurveyRow(row, FormatOf(format)));
 }
 
+// The (file, chain) units of files, folders and @lists, as `tresk batch` expands them.
+std::vector<py::tuple> PyExpandInputs(const std::vector<std::string>& inputs,
+                                      const std::string& chain) {
+  std::string error;
+  std::vector<SurveyInput> units;
+  {
+    py::gil_scoped_release release;
+    units = ExpandSurveyInputs(inputs, chain, error);
+  }
+  if (!error.empty())
+    throw std::runtime_error(error);
+  std::vector<py::tuple> out;
+  for (const SurveyInput& unit : units)
+    out.push_back(py::make_tuple(py::bytes(unit.path), py::bytes(unit.chain)));
+  return out;
+}
+
 py::bytes PySurveyHeader(const std::string& format) {
   return py::bytes(SurveyHeader(FormatOf(format)));
 }
@@ -276,6 +274,7 @@ PYBIND11_MODULE(_tresk, m) {
         py::arg("format"));
   m.def("survey_error", &tresk::PySurveyError, py::arg("path"), py::arg("chain"), py::arg("error"),
         py::arg("format"));
+  m.def("expand_inputs", &tresk::PyExpandInputs, py::arg("inputs"), py::arg("chain"));
   m.def("survey_header", &tresk::PySurveyHeader, py::arg("format"));
   m.def("survey_done", &tresk::PySurveyDone, py::arg("path"), py::arg("format"));
   m.def("survey_key", &tresk::PySurveyKey, py::arg("file"), py::arg("chain"), py::arg("format"));

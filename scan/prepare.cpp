@@ -9,8 +9,9 @@
 #include <iostream>
 #include <iterator>
 
-#include "core/log.hpp"                // for tresk::Log
-#include "preprocessing/chainprep.hpp" // for CloseChain_OUT, CloseChain_2points, CloseChain_1point
+#include "core/log.hpp"         // for tresk::Log
+#include "chain/closing.hpp"    // for tresk::CloseByMethod
+#include "scan/closedBatch.hpp" // for tresk::AppendPackedRun
 
 namespace {
 
@@ -27,38 +28,6 @@ unsigned long long Estimate(std::size_t buffered, int closures, const Job& job) 
                           (static_cast<uint32_t>(job.length) + uint32_t{kClosureAllowance});
   const uint64_t wide = static_cast<uint64_t>(static_cast<int64_t>(static_cast<int32_t>(perJob)));
   return kUnitsPerPoint * (static_cast<uint64_t>(buffered) + wide);
-}
-
-void Close(std::vector<ChainAtom>& sub, int closureMethod) {
-  // The result is not examined: a closure that asks to be repeated is used as it is.
-  switch (closureMethod) {
-  case 3:
-    CloseChain_1point(sub, 1.25);
-    break;
-  case 2:
-    CloseChain_2points(sub, 1.25);
-    break;
-  case 1:
-    CloseChain_OUT(sub, 1.25);
-    break;
-  default:
-    break; // left open: the reduction joins the last point to the first
-  }
-}
-
-fPointR3 ToFloat(const ChainAtom& a) {
-  return fPointR3{static_cast<float>(a.x), static_cast<float>(a.y), static_cast<float>(a.z)};
-}
-
-// Appends the points of one job, then its last point twice more (not counted in its length).
-template <class Atoms> void AppendRun(std::vector<fPointR3>& points, Atoms first, Atoms last) {
-  if (first == last)
-    return;
-  for (; first != last; ++first)
-    points.push_back(ToFloat(*first));
-  const fPointR3 tail = points.back();
-  points.push_back(tail);
-  points.push_back(tail);
 }
 
 // Room for the batch that starts at grid job `next`, so that the buffer is not copied while
@@ -110,10 +79,11 @@ bool PrepareAllInfixesFuleren(const std::vector<ChainAtom>& chain, std::vector<f
       while (std::rand() % 60 == r1) {
       }
       sub.assign(chain.begin() + (g.first - 1), chain.begin() + g.last);
-      Close(sub, closureMethod);
+      // Methods 1 to 3 only, each closure used as it comes: 0, 4 and others stay open.
+      tresk::CloseByMethod(sub, closureMethod, tresk::ClosureRetry::useAsIs, false);
       const int32_t length = static_cast<int32_t>(sub.size());
       batch.push_back(Job{offset, length, g.firstId, g.lastId, g.first, g.last});
-      AppendRun(points, sub.begin(), sub.end());
+      tresk::AppendPackedRun(points, sub.begin(), sub.end());
       offset =
           static_cast<int32_t>(static_cast<uint32_t>(offset) + static_cast<uint32_t>(length) + 2u);
     }
@@ -164,11 +134,12 @@ int PrepareAllInfixes(const std::vector<ChainAtom>& chain, std::vector<fPointR3>
                   static_cast<int32_t>(start + 1),
                   static_cast<int32_t>(start + len)};
     batch.push_back(job);
-    AppendRun(points, from, to);
+    tresk::AppendPackedRun(points, from, to);
     Job reversed = job;
     reversed.begin = offset + length + 2;
     batch.push_back(reversed);
-    AppendRun(points, std::make_reverse_iterator(to), std::make_reverse_iterator(from));
+    tresk::AppendPackedRun(points, std::make_reverse_iterator(to),
+                           std::make_reverse_iterator(from));
     offset += 2 * (length + 2);
     ++start;
     if (start > n - len) {

@@ -21,6 +21,7 @@
 #include "scan/prepare.hpp"
 #include "scan/rows.hpp"
 #include "scan/workers.hpp"
+#include "core/outcomes.hpp" // for the counts slots
 
 namespace {
 
@@ -128,7 +129,7 @@ void ScanRun::RunPhase(int phase, const std::vector<ChainAtom>& chain, const std
       std::string verdict;
       int strength = 0;
       if (a.namesMode != 0) {
-        int counts[42] = {};
+        int counts[tresk::kOrdinals] = {};
         for (std::size_t j = k; j < end; ++j) {
           if (ordinals[j] >= 0 && ordinals[j] < 42)
             ++counts[ordinals[j]];

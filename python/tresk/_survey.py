@@ -5,47 +5,15 @@ import os
 
 from . import _tresk
 
-# What a folder contributes: these names, optionally gzip-compressed.
-_CHAIN_EXTENSIONS = {b".xyz", b".pdb", b".ent", b".cif", b".mmcif"}
-
-
-def _is_chain_file(name):
-    if len(name) > 3 and name.endswith(b".gz"):
-        name = name[:-3]
-    return os.path.splitext(name)[1] in _CHAIN_EXTENSIONS
-
-
-def _add_path(path, chain, units):
-    if not os.path.isdir(path):
-        units.append((path, chain))
-        return
-    names = [os.path.join(path, n) for n in os.listdir(path)]
-    units.extend((n, chain) for n in sorted(names)
-                 if os.path.isfile(n) and _is_chain_file(os.path.basename(n)))
-
-
 def expand_inputs(paths, chain=b""):
     """(file, chain) units of files, folders (their chain files, sorted, not recursive) and
     @lists (a path and optionally a chain per line, '#' starts a comment), in the order given,
-    as `tresk batch` expands them; a file named without a chain drops its other mentions."""
-    units = []
-    for given in paths:
-        given = os.fsencode(given)
-        if len(given) < 2 or not given.startswith(b"@"):
-            _add_path(given, chain, units)
-            continue
-        with open(given[1:], "rb") as lines:
-            for line in lines:
-                words = line.split()
-                if words and not words[0].startswith(b"#"):
-                    _add_path(words[0], words[1] if len(words) > 1 else chain, units)
-    whole = {path for path, c in units if not c}
-    seen, unique = set(), []
-    for path, c in units:
-        if (not c or path not in whole) and (path, c) not in seen:
-            seen.add((path, c))
-            unique.append((path, c))
-    return unique
+    as `tresk batch` expands them (the library's own expansion); a file named without a chain
+    drops its other mentions."""
+    try:
+        return _tresk.expand_inputs([os.fsencode(p) for p in paths], os.fsencode(chain))
+    except RuntimeError as error:
+        raise OSError(str(error)) from None
 
 
 def analyse(path, chain, options):

@@ -172,8 +172,8 @@ TEST(Cli, BatchRowsAndResume) {
     ASSERT_EQ(rows.size(), tsv ? 7u : 6u) << full; // 4 chains of the folder, 1 listed, 1 bad
     EXPECT_EQ(rows[0].substr(0, tsv ? 11 : 9), tsv ? "file\tchain\t" : "{\"file\":\"");
     const std::string open =
-        tsv ? "\t\t160\t20\t3_1(75%) 01(12%) 5_2(12%)\t3_1\t0.750\t0.0000\t\n"
-            : "\",\"chain\":\"\",\"atoms\":160,\"breaks\":20,\"verdict\":\"3_1(75%) 01(12%) "
+        tsv ? "\t\t160\t31\t3_1(75%) 01(12%) 5_2(12%)\t3_1\t0.750\t0.0000\t\n"
+            : "\",\"chain\":\"\",\"atoms\":160,\"breaks\":31,\"verdict\":\"3_1(75%) 01(12%) "
               "5_2(12%)\",\"dominant\":\"3_1\",\"share\":0.750,\"seconds\":0.0000,\"error\":\"\"}";
     EXPECT_NE(full.find("trefoil_open.xyz" + open), std::string::npos) << full;
     EXPECT_NE(full.find(pdb + (tsv ? "\tB\t47\t" : "\",\"chain\":\"B\",\"atoms\":47,")),
