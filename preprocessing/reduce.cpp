@@ -24,6 +24,7 @@
 #include "preprocessing/projection_rank.hpp" // for DiagramPairs, FewestCrossings, RankPlanesTop
 #include "preprocessing/triangle_tests.hpp"  // for SegmentNearTriangle, TriangleProbe
 #include "preprocessing/vec3.hpp"            // for Vec3
+#include "preprocessing/simd.hpp"            // for tresk::SimdLimit
 
 using tresk::PositionOf;
 using tresk::ProjectionFrames;
@@ -422,7 +423,8 @@ struct Reducer {
       // Every segment that shares a vertex with the corner is one of its two edges or was
       // tested above; any other meets the triangle by the full test or not at all.
 #ifdef TRESK_PREP_AVX
-      const int found = HasAvx() ? OverlapsAvx(box) : Overlaps(box);
+      const bool useAvx = HasAvx() && tresk::SimdLimit() >= tresk::kSimdAvx;
+      const int found = useAvx ? OverlapsAvx(box) : Overlaps(box);
 #else
       const int found = Overlaps(box);
 #endif

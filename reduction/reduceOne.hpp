@@ -9,6 +9,7 @@
 #if defined(__SSE2__) && !defined(__CUDA_ARCH__)
 #include <emmintrin.h> // the host scans four segments at a time
 #define TRESK_REDUCE_SSE 1
+#include "preprocessing/simd.hpp" // for tresk::SimdLimit
 #if defined(__GNUC__) && defined(__x86_64__)
 #include <immintrin.h> // and eight at a time where the CPU has AVX2 (chosen at run time)
 #define TRESK_REDUCE_AVX2 1
@@ -555,8 +556,11 @@ TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
   }
   const Plane plane = PlaneOf(c, triangle);
   const float first = HeightOf(c, plane, 0);
+#ifdef TRESK_REDUCE_SSE
+  const tresk::SimdLevel simd = tresk::SimdLimit();
+#endif
 #ifdef TRESK_REDUCE_AVX2
-  if (HasAvx2()) {
+  if (simd >= tresk::kSimdAvx && HasAvx2()) {
     const int s = ScanAvx2(c, m, hint, triangle, plane);
     return s >= 0 && Remember(c, m, s);
   }
@@ -564,8 +568,9 @@ TRESK_HD inline bool FindBlocker(Cycle& c, int m) {
   int k = 0;
 #ifdef TRESK_REDUCE_SSE
   // Four segments at a time while points k .. k+7 exist; the scalar loop below takes the rest.
-  __m128 heights = k + 8 <= c.size ? Heights4(c, plane, k) : _mm_setzero_ps();
-  for (; k + 8 <= c.size; k += 4) {
+  const bool sse = simd >= tresk::kSimdSse;
+  __m128 heights = sse && k + 8 <= c.size ? Heights4(c, plane, k) : _mm_setzero_ps();
+  for (; sse && k + 8 <= c.size; k += 4) {
     const __m128 ahead = Heights4(c, plane, k + 4);
     const int s =
         FirstBlockingCandidate(c, m, hint, triangle, k, SideCandidates(plane, heights, ahead));

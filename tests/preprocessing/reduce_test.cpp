@@ -23,6 +23,7 @@
 #include "tests/support/curves.hpp"
 #include "tests/support/invariants.hpp"
 #include "tests/support/prep_reduce_reference.hpp"
+#include "preprocessing/simd.hpp" // for tresk::SetSimdLimit
 
 namespace {
 
@@ -147,12 +148,19 @@ TEST(ChainReduce, CornerCuttingIsThePlainRestartLoop) {
     cases.push_back({"jittered walk " + std::to_string(seed), jittered});
     cases.push_back({"coil " + std::to_string(seed), coil});
   }
-  for (const auto& [name, chain] : cases) {
-    std::vector<ChainAtom> fast = chain, plain = chain;
-    const int size = ChainReduce(fast, false);
-    reference::CutCornersPlain(plain);
-    EXPECT_EQ(size, static_cast<int>(fast.size())) << name;
-    EXPECT_TRUE(SameAtoms(fast, plain)) << name << ": " << fast.size() << " / " << plain.size();
+  // The box scan in four lanes where the CPU has AVX, and the plain one.
+  for (const tresk::SimdLevel level : {tresk::kSimdScalar, tresk::kSimdAvx}) {
+    const tresk::SimdLevel before = tresk::SimdLimit();
+    tresk::SetSimdLimit(level);
+    for (const auto& [name, chain] : cases) {
+      std::vector<ChainAtom> fast = chain, plain = chain;
+      const int size = ChainReduce(fast, false);
+      reference::CutCornersPlain(plain);
+      EXPECT_EQ(size, static_cast<int>(fast.size())) << name << ", simd limit " << level;
+      EXPECT_TRUE(SameAtoms(fast, plain))
+          << name << ", simd limit " << level << ": " << fast.size() << " / " << plain.size();
+    }
+    tresk::SetSimdLimit(before);
   }
 }
 
