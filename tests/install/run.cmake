@@ -7,7 +7,8 @@ if(NOT rc EQUAL 0)
   message(FATAL_ERROR "install failed: ${rc}")
 endif()
 execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/build
-  -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix RESULT_VARIABLE rc)
+  -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix -DCLI_SOURCE_DIR=${CLI_SOURCE_DIR}
+  -DCLI_INCLUDE_DIR=${CLI_INCLUDE_DIR} RESULT_VARIABLE rc)
 if(NOT rc EQUAL 0)
   message(FATAL_ERROR "configure of the consumer failed: ${rc}")
 endif()
