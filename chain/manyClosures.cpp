@@ -3,11 +3,15 @@
 #include "chain/manyClosures.hpp"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 
 #include "chain/closing.hpp"           // for tresk::CloseByMethod, tresk::FirstUsableOrdinal
 #include "chain/naming.hpp"            // for tresk::KnotInDirection
 #include "knots/extendedTable.hpp"     // for the extended table's ordinals and verdict
+#include "knots/jones.hpp"             // for tresk::JonesOfClosedChain, tresk::HandedName
+#include "knots/knotTable.hpp"         // for tresk::EnsureKnotsFilled
+#include "knots/verdictText.hpp"       // for tresk::VerdictText
 #include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj
 #include "preprocessing/chainprep.hpp" // for the closures and ChainReduce
 #include "preprocessing/open_cut.hpp"  // for tresk::OpenChainCut
@@ -137,4 +141,39 @@ std::string tresk::NameOverClosures(const std::vector<ChainAtom>& chain, int clo
   int counts[kCountSlots];
   VoteOverClosures(chain, counts, closureMethod, closures, naming);
   return GiveTheNameOfKnot_allProj(counts);
+}
+
+tresk::HandedVote tresk::HandedVoteOverClosures(const std::vector<ChainAtom>& chain,
+                                                int closureMethod, int closures,
+                                                const NamingOptions& naming) {
+  EnsureKnotsFilled();
+  // Outcomes are numbered as they first appear; slot 0 is the failed projection.
+  std::vector<std::string> names = {knots[kProblemWithProjecting].name, "01"};
+  std::map<std::string, int> slots = {{names[0], 0}, {names[1], 1}};
+  auto slotOf = [&](const std::string& name) {
+    const auto found = slots.emplace(name, static_cast<int>(names.size()));
+    if (found.second)
+      names.push_back(name);
+    return found.first->second;
+  };
+  // Vote counts into a fixed array; the names are few, so a generous one is given and trimmed.
+  std::vector<int> tally(4096, 0);
+  Vote(chain, tally.data(), closureMethod, closures, naming.robust, 0, 1,
+       [&](const std::vector<ChainAtom>& closed, int d) {
+         const int ordinal = KnotInDirection(closed, d, naming);
+         if (ordinal == kProblemWithProjecting)
+           return 0;
+         JonesPolynomial jones;
+         const JonesStatus status = JonesOfClosedChain(closed, d, jones);
+         const int slot = slotOf(HandedName(knots[ordinal].name, status, jones));
+         return slot < static_cast<int>(tally.size()) ? slot : slotOf("UNKNOWN");
+       });
+  HandedVote vote;
+  tally.resize(names.size());
+  for (std::size_t k = 0; k < names.size(); ++k)
+    if (tally[k] > 0)
+      vote.counts.emplace_back(names[k], tally[k]);
+  vote.verdict = VerdictText(
+      tally.data(), static_cast<int>(names.size()), [&](int k) { return names[k]; }, 0, -1);
+  return vote;
 }

@@ -72,4 +72,14 @@ std::vector<int> ExtendedVoteOverClosures(const std::vector<ChainAtom>& chain, i
 std::string NameOverClosures(const std::vector<ChainAtom>& chain, int closureMethod, int closures,
                              const NamingOptions& naming);
 
+// The vote over closures with handed names: each closed copy is named by its Alexander
+// polynomial (as VoteOverClosures names it) and by its Jones polynomial in the same direction
+// (knots/jones.hpp, HandedName). Returns the counts per name and the verdict text.
+struct HandedVote {
+  std::vector<std::pair<std::string, int>> counts; // by first appearance
+  std::string verdict;                             // "+3_1(86%) 01(9%) "
+};
+HandedVote HandedVoteOverClosures(const std::vector<ChainAtom>& chain, int closureMethod,
+                                  int closures, const NamingOptions& naming);
+
 } // namespace tresk

@@ -23,6 +23,7 @@ struct KnotOptions {
   bool check = false;
   std::string output; // the distance-check report; none when empty
   tresk::NamingOptions naming;
+  bool handed = false;
 };
 
 struct PolyOptions {
@@ -31,6 +32,7 @@ struct PolyOptions {
   int direction = 0;
   bool noReduce = false;
   tresk::NamingOptions naming;
+  bool handed = false;
 };
 
 // One verdict over closures, as the file driver prints it; the distance check (with -c) goes
@@ -50,6 +52,7 @@ void NameOneChain(const std::vector<ChainAtom>& chain, const KnotOptions& o, std
   vote.closures = o.closures;
   vote.naming = o.naming;
   vote.documented = o.naming.numericAbove == kExactCrossingBound; // exactly FindMajorKnot
+  vote.handed = o.handed;
   std::cout << label << tresk::NameChain(chain, vote).verdict << "\n";
 }
 
@@ -125,6 +128,9 @@ void RunPoly(const PolyOptions& o) {
                       ? " (not in the extended table of knots up to 10 crossings)"
                       : " (not in the table of knots up to 8 crossings)");
   std::cout << "\n";
+  if (o.handed)
+    std::cout << "jones: " << (p.jonesKnown ? p.jones : "(the diagram is too wide)")
+              << "\nhanded: " << p.handed << "\n";
 }
 
 } // namespace
@@ -158,6 +164,10 @@ void RegisterKnotCommands(CLI::App& app) {
               "chain id, a tab, the verdict");
   AddNumericAbove(k, knot->naming.numericAbove);
   AddTableChoice(k, knot->naming.table);
+  k->add_flag("--handed", knot->handed,
+              "Name each closure by its Alexander and its Jones polynomial, with the knot's hand: "
+              "+3_1 (right-handed, positive crossings), -3_1 (its mirror), 4_1 (amphichiral); a "
+              "knot whose Alexander polynomial is 1 is never called 01");
   k->footer("Example: tresk knot examples/chains/trefoil_open.xyz --seed 1");
   k->callback([knot] { RunKnot(*knot); });
 
@@ -177,6 +187,9 @@ void RegisterKnotCommands(CLI::App& app) {
   AddChainChoice(p, poly->choice);
   AddNumericAbove(p, poly->naming.numericAbove);
   AddTableChoice(p, poly->naming.table);
+  p->add_flag("--handed", poly->handed,
+              "Also print the Jones polynomial of the diagram (in A, t = A^-4) and the handed "
+              "name it gives with the Alexander polynomial");
   p->footer("Example: tresk poly examples/chains/trefoil_closed.xyz");
   p->callback([poly] { RunPoly(*poly); });
 }

@@ -8,6 +8,7 @@
 #include "crossings/crossings.hpp"     // for FindAllCrossings
 #include "entry/entry.hpp"             // for FindMajorKnot, GiveTheNameOfKnot
 #include "knots/extendedTable.hpp"     // for the extended table's outcomes and verdict
+#include "knots/jones.hpp"             // for tresk::JonesOfClosedChain, tresk::HandedName
 #include "knots/knotTable.hpp"         // for tresk::EnsureKnotsFilled, tresk::KnotOrdinal
 #include "preprocessing/chainprep.hpp" // for ChainReduce, ProjectChain
 #include "preprocessing/readChain.hpp" // for tresk::CheckCoordinates
@@ -31,7 +32,15 @@ ChainVote NameChain(const std::vector<ChainAtom>& chain, const VoteOptions& o) {
   vote.error = CheckCoordinates(chain);
   const bool usable = vote.error.empty();
   int inside = -1;
-  if (usable && o.naming.table == KnotTable::extended) {
+  if (usable && o.handed) {
+    const HandedVote handed = HandedVoteOverClosures(chain, o.closureMethod, o.closures, o.naming);
+    vote.verdict = handed.verdict;
+    for (const auto& [name, count] : handed.counts) {
+      vote.names.push_back(name);
+      vote.counts.push_back(count);
+    }
+    inside = -1;
+  } else if (usable && o.naming.table == KnotTable::extended) {
     vote.counts = ExtendedVoteOverClosures(chain, o.closureMethod, o.closures, o.naming);
     vote.verdict = ExtendedVerdict(vote.counts);
     for (int k = 0; k < ExtendedOutcomes(); ++k)
@@ -109,6 +118,12 @@ ClosedChainPolynomial PolynomialOfClosedChain(std::vector<ChainAtom> chain, int 
   }
   out.name = extended ? ExtendedOutcomeName(ordinal) : knots[ordinal].name;
   out.inTable = extended ? ordinal != ExtendedUnknown() : ordinal != kUnknown;
+  JonesPolynomial jones;
+  const JonesStatus status = JonesOfClosedChain(chain, direction, jones);
+  out.jonesKnown = status == JonesStatus::ok;
+  if (out.jonesKnown)
+    out.jones = JonesText(jones);
+  out.handed = HandedName(out.inTable ? out.name : knots[kUnknown].name, status, jones);
   return out;
 }
 

@@ -18,6 +18,9 @@ struct VoteOptions {
   // true: exactly what FindMajorKnot counts (standard table, exact up to 16 crossings, a
   // degenerate projection counts as "-3"); `naming` is then not read for the standard table.
   bool documented = false;
+  // true: handed names by the Alexander and the Jones polynomial of each closed copy ("+3_1",
+  // "-5_2", "4_1"; tresk::HandedVoteOverClosures); `documented` and the table are then not read.
+  bool handed = false;
 };
 
 // The outcome of a vote: the counts per outcome of the table used, the outcome names, the
@@ -41,7 +44,7 @@ ChainVote NameChain(const std::vector<ChainAtom>& chain, const VoteOptions& opti
 // The fraction of the vote's closures per outcome name, outcomes with no closure left out.
 std::vector<std::pair<std::string, double>> Shares(const ChainVote& vote);
 
-// One projection of a closed chain, as `tresk poly` reports it.
+// One projection of a closed chain, as `tresk poly` reports it, with its Jones polynomial.
 struct ClosedChainPolynomial {
   std::size_t atoms = 0;         // after dropping a last atom equal to the first
   std::size_t reducedAtoms = 0;  // after the reduction (= atoms without it)
@@ -53,6 +56,9 @@ struct ClosedChainPolynomial {
   double value = 0.0;            // numeric determinant at t = 12 when not exact
   std::string name;              // the knot it names in the chosen table
   bool inTable = true;           // false: the polynomial is in no row of the chosen table
+  bool jonesKnown = false;       // the Jones polynomial below was computed (diagram not too wide)
+  std::string jones;             // its text in A (t = A^-4), e.g. "-A^-16 + A^-12 + A^-4"
+  std::string handed;            // the handed name by both polynomials, e.g. "+3_1"
 };
 
 // Scales a tiny chain up, drops a repeated last atom, reduces it unless `reduce` is false,
