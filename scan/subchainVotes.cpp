@@ -150,14 +150,18 @@ int SubchainVotes::Votes(int first, int last, int ordinal) {
   return static_cast<int>(std::count(o.begin(), o.end(), ordinal));
 }
 
-std::pair<int, int> SubchainVotes::Dominant(int first, int last) {
-  const std::vector<std::uint16_t>& o = Outcomes(first, last);
+std::vector<int> SubchainVotes::Tally(int first, int last) {
   std::vector<int> tally;
-  for (std::uint16_t v : o) {
+  for (std::uint16_t v : Outcomes(first, last)) {
     if (v >= tally.size())
       tally.resize(v + 1u, 0);
     ++tally[v];
   }
+  return tally;
+}
+
+std::pair<int, int> SubchainVotes::Dominant(int first, int last) {
+  const std::vector<int> tally = Tally(first, last);
   const auto best = std::max_element(tally.begin(), tally.end());
   if (best == tally.end())
     return {0, 0};

@@ -39,6 +39,8 @@ public:
   bool Kept(int first, int last, int ordinal) {
     return 2 * Votes(first, last, ordinal) > Closures();
   }
+  // How many closures of first..last gave each ordinal (index = ordinal).
+  std::vector<int> Tally(int first, int last);
   // The most frequent outcome of first..last (ties to the lower ordinal) and its votes.
   std::pair<int, int> Dominant(int first, int last);
 
