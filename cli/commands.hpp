@@ -21,6 +21,8 @@ void RegisterBatchCommands(CLI::App& app);
 void RegisterTableCommands(CLI::App& app);
 // `tresk core`: the knot core of one chain, its tails and depth.
 void RegisterCoreCommand(CLI::App& app);
+// `tresk map`: the knot map of one chain (knots and slipknots).
+void RegisterMapCommand(CLI::App& app);
 
 // Ends the command with a failure status; CLI11 turns this into the program's exit status.
 [[noreturn]] void Fail(int status);

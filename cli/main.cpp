@@ -15,7 +15,8 @@ const Group kGroups[] = {{{"knot", "poly"}, RegisterKnotCommands},
                          {{"matrix", "plot"}, RegisterScanCommands},
                          {{"batch", nullptr}, RegisterBatchCommands},
                          {{"build-extended-table", nullptr}, RegisterTableCommands},
-                         {{"core", nullptr}, RegisterCoreCommand}};
+                         {{"core", nullptr}, RegisterCoreCommand},
+                         {{"map", nullptr}, RegisterMapCommand}};
 
 } // namespace
 

@@ -259,6 +259,62 @@ py::tuple PySurveyKey(const std::string& file, const std::string& chain,
 } // namespace
 } // namespace tresk
 
+// --- the knot map (tresk.map): class, types and regions of one chain as a dict -----------------
+#include "scan/knotMap.hpp" // for tresk::MapKnots
+
+namespace tresk {
+namespace {
+
+py::object PyStretch(int first, int last) {
+  if (first <= 0)
+    return py::none();
+  return py::make_tuple(first, last);
+}
+
+py::dict PyMap(const Coordinates& xyz, int closures, int method, unsigned long long seed, int step,
+               int threads) {
+  const std::vector<ChainAtom> chain = ChainFromArray(xyz, py::none());
+  MapOptions options;
+  options.closures = closures;
+  options.closureMethod = method;
+  options.seed = seed;
+  options.step = step;
+  options.threads = threads;
+  const std::string problem = MapProblem(chain, options);
+  if (!problem.empty())
+    throw std::invalid_argument(problem);
+  KnotMap map;
+  {
+    py::gil_scoped_release release;
+    std::lock_guard<std::mutex> lock(engineMutex);
+    map = MapKnots(chain, options);
+  }
+  py::list regions;
+  for (const KnottedRegion& r : map.regions) {
+    py::dict d;
+    d["kind"] = r.slipknot ? "slipknot" : "knot";
+    d["type"] = r.type;
+    d["core"] = r.found ? PyStretch(r.first, r.last) : py::none();
+    d["core_share"] = r.coreShare;
+    d["n_tail"] = r.nTail;
+    d["c_tail"] = r.cTail;
+    d["n_loop"] = PyStretch(r.nSide.loopFirst, r.nSide.loopLast);
+    d["n_segment"] = PyStretch(r.nSide.segmentFirst, r.nSide.segmentLast);
+    d["c_loop"] = PyStretch(r.cSide.loopFirst, r.cSide.loopLast);
+    d["c_segment"] = PyStretch(r.cSide.segmentFirst, r.cSide.segmentLast);
+    regions.append(d);
+  }
+  py::dict out;
+  out["class"] = std::string(1, map.chainClass);
+  out["types"] = map.types;
+  out["verdict"] = map.verdict;
+  out["regions"] = regions;
+  return out;
+}
+
+} // namespace
+} // namespace tresk
+
 PYBIND11_MODULE(_tresk, m) {
   m.doc() = "Compiled calls of the tresk module; use the functions of the package `tresk`.";
   m.def("read", &tresk::PyRead, py::arg("path"), py::arg("chain"), py::arg("model"),
@@ -277,5 +333,7 @@ PYBIND11_MODULE(_tresk, m) {
   m.def("expand_inputs", &tresk::PyExpandInputs, py::arg("inputs"), py::arg("chain"));
   m.def("survey_header", &tresk::PySurveyHeader, py::arg("format"));
   m.def("survey_done", &tresk::PySurveyDone, py::arg("path"), py::arg("format"));
+  m.def("map", &tresk::PyMap, py::arg("coords"), py::arg("closures"), py::arg("method"),
+        py::arg("seed"), py::arg("step"), py::arg("threads"));
   m.def("survey_key", &tresk::PySurveyKey, py::arg("file"), py::arg("chain"), py::arg("format"));
 }

@@ -18,8 +18,8 @@ struct CoreOptions {
   int closures = 100;
   // Seed of the closures: the same seed gives the same result, whatever `threads` is.
   unsigned long long seed = 1;
-  // Step of the coarse grid of subchains; 0 picks one from the chain's length (10 for 100
-  // atoms and more).
+  // Step of the coarse grid of subchains (random closures only; one fixed closure searches
+  // every subchain); 0 picks one from the chain's length (10 for 100 atoms and more).
   int step = 0;
   NamingOptions naming;
   // Threads that reduce and name the closed subchains: 1 = the caller's, 0 = every core.
@@ -57,10 +57,13 @@ std::string KnotCoreProblem(const std::vector<ChainAtom>& chain, const CoreOptio
 // The knot core of `chain`. The dominant type comes from VoteOverClosures on the whole chain
 // (rand() seeded from options.seed first). Every subchain is then closed the same `closures`
 // ways (closure k draws from a generator seeded by the seed and k alone), reduced in single
-// precision and named; it keeps the type when more than half its closures give it. The search
-// walks the boundary of the kept region on a coarse grid of subchains, then at step 1 around the
-// shortest coarse candidates, and returns the shortest subchain found (ties: the higher share,
-// then the earlier start). rand() is left reseeded.
+// precision and named; it keeps the type when more than half its closures give it. Subchains
+// are visited by ascending length and the first length with a kept one gives the core (ties:
+// the higher share, then the earlier start). With one fixed closure (methods 0, 1) every
+// subchain is a candidate, so the core is the shortest kept subchain of the chain. With random
+// closures the candidates are the fingerprint's grid of `step` and every subchain within
+// step - 1 of a grid subchain that keeps the type: the core is exact over those. rand() is
+// left reseeded.
 KnotCore FindKnotCore(const std::vector<ChainAtom>& chain, const CoreOptions& options = {});
 
 } // namespace tresk

@@ -17,7 +17,7 @@ import numpy as np
 
 from . import _tresk
 
-__all__ = ["read", "knot", "polynomial", "fingerprint", "survey", "FINGERPRINT_DTYPE"]
+__all__ = ["read", "knot", "polynomial", "fingerprint", "map", "survey", "FINGERPRINT_DTYPE"]
 
 # One row of a fingerprint: 1-based positions of the knotted subchain's ends, their atom ids,
 # the dominant knot ("IN" when none reached a band) and its estimated share in percent.
@@ -92,5 +92,16 @@ def fingerprint(coords, step=10, threshold=20, closures=100, method=2, seed=None
     return np.array(rows, dtype=FINGERPRINT_DTYPE)
 
 
+def map(coords, closures=50, method=4, seed=1, step=0, threads=1):  # noqa: A001 (tresk.map)
+    """Knot map of an open chain, read from its fingerprint (`tresk map`). Returns a dict:
+    "class" ("K" knotted, "S" only subchains knotted: slipknots, "U"), "types" ("3_1 3_1":
+    the whole chain's type first, then each slipknot's), "verdict" (the whole chain's vote),
+    "regions": one dict per knot or slipknot with "kind", "type", "core" (1-based positions
+    (first, last) or None), "core_share", "n_tail", "c_tail", and for slipknots "n_loop",
+    "n_segment", "c_loop", "c_segment" (positions, or None on a side that undoes nothing).
+    `step` 0 picks the grid step from the chain's length; `threads` 0 = every core."""
+    return _tresk.map(_coords(coords), _count("closures", closures, 1, 1000000),
+                      _count("method", method, 0, 4), _count("seed", seed, 0, 2**32 - 1),
+                      _count("step", step, 0, 1000000), _count("threads", threads, 0, 256))
 
 from ._survey import survey  # noqa: E402  (after the checks it uses)

@@ -146,4 +146,17 @@ Chain RandomlyRotated(const Chain& chain, unsigned seed) {
   return out;
 }
 
+Chain Slipknot(int tail, double offset) {
+  Chain chain = KnottedCore(TorusKnot(2, 3, 60), tail, false, 1);
+  const std::size_t there = chain.size();
+  for (std::size_t k = there; k-- > 0;) {
+    ChainAtom back = chain[k];
+    back.z += offset;
+    chain.push_back(back);
+  }
+  for (std::size_t k = 0; k < chain.size(); ++k)
+    chain[k].id = static_cast<int>(k + 1);
+  return chain;
+}
+
 } // namespace zoo

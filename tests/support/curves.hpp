@@ -26,6 +26,12 @@ Chain ConnectedSum(const Chain& a, Chain b);
 // positions tail+1 .. tail+knot.size() of the result; ids are positions.
 Chain KnottedCore(const Chain& knot, int tail, bool coil, unsigned seed);
 
+// A slipknot: the open trefoil KnottedCore(TorusKnot(2, 3, 60), tail) whose C end turns back
+// and runs beside the whole chain, `offset` away, out past its N end: the returning strand
+// retraces the knot, so the chain as a whole is unknotted while positions 1 .. 2 tail + 60 form
+// a trefoil. The turn lies between positions 2 tail + 60 and 2 tail + 61; ids are positions.
+Chain Slipknot(int tail, double offset);
+
 // The chain turned by a random rotation (fixed seed) and shifted.
 Chain RandomlyRotated(const Chain& chain, unsigned seed);
 
