@@ -27,5 +27,6 @@
 #include "preprocessing/distances.hpp" // for tresk::CheckDistances
 #include "preprocessing/readChain.hpp" // for tresk::ReadChain, tresk::ReadOptions
 #include "scan/core.hpp"               // for tresk::FindKnotCore, tresk::CoreOptions
+#include "scan/knotMap.hpp"            // for tresk::MapKnots, tresk::ClassifyChain
 #include "scan/rows.hpp"               // for tresk::Fingerprint, tresk::ReadFingerprint
 #include "scan/scan.hpp"               // for tresk::ScanOptions, tresk::WriteFingerprint

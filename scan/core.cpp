@@ -10,7 +10,8 @@
 #include <numeric>
 
 #include "chain/naming.hpp"            // for tresk::VoteOverClosures
-#include "entry/entry.hpp"             // for GiveTheNameOfKnot
+#include "core/outcomes.hpp"           // for the counts slots
+#include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj
 #include "knots/knotTable.hpp"         // for EnsureKnotsFilled, knots
 #include "preprocessing/readChain.hpp" // for tresk::CheckCoordinates
 #include "scan/subchainVotes.hpp"      // for tresk::ShortestKept, tresk::GridWindows
@@ -18,8 +19,8 @@
 namespace tresk {
 namespace {
 
-constexpr int kCountSlots = 42;
-constexpr int kFirstStatusRow = 39; // rows 39..41: not in the table, failed projection, inside
+constexpr int kCountSlots = tresk::kOrdinals;
+constexpr int kFirstStatusRow = tresk::kUnknown; // 39..41: not in the table, failed, inside
 // A closed polygon of fewer than six edges is unknotted (six is the least stick number of a
 // knot), so a subchain of fewer atoms holds no knot under the direct closure; the other
 // closures are held to the same floor.
@@ -50,7 +51,7 @@ KnotCore FindKnotCore(const std::vector<ChainAtom>& chain, const CoreOptions& op
   int counts[kCountSlots];
   std::srand(static_cast<unsigned>(options.seed));
   VoteOverClosures(chain, counts, options.closureMethod, options.closures, options.naming);
-  core.verdict = GiveTheNameOfKnot(counts);
+  core.verdict = GiveTheNameOfKnot_allProj(counts);
   core.ordinal = static_cast<int>(std::max_element(counts, counts + kCountSlots) - counts);
   core.type = knots[core.ordinal].name;
   const int total = std::accumulate(counts, counts + kCountSlots, 0);

@@ -10,7 +10,8 @@
 #include <set>
 #include <utility>
 
-#include "entry/entry.hpp"             // for GiveTheNameOfKnot
+#include "core/outcomes.hpp"           // for the counts slots
+#include "knots/whichKnot.hpp"         // for GiveTheNameOfKnot_allProj
 #include "knots/knotTable.hpp"         // for EnsureKnotsFilled, knots
 #include "preprocessing/readChain.hpp" // for tresk::CheckCoordinates
 #include "scan/subchainVotes.hpp"      // for tresk::SubchainVotes, tresk::ShortestKept
@@ -18,8 +19,8 @@
 namespace tresk {
 namespace {
 
-constexpr int kCountSlots = 42;
-constexpr int kFirstStatusRow = 39; // rows 39..41: not in the table, failed projection, inside
+constexpr int kCountSlots = tresk::kOrdinals;
+constexpr int kFirstStatusRow = tresk::kUnknown; // 39..41: not in the table, failed, inside
 constexpr int kShortestSubchain = 6;
 // Extensions of a core in a row that must lose the type before the loop ends there: a closure
 // or two can untie one subchain that its neighbours keep.
@@ -76,7 +77,7 @@ public:
     if (n_ >= 2) {
       std::vector<int> tally = votes_.Tally(1, n_);
       tally.resize(kCountSlots, 0);
-      map.verdict = GiveTheNameOfKnot(tally.data());
+      map.verdict = GiveTheNameOfKnot_allProj(tally.data());
       const auto [ordinal, count] = votes_.Dominant(1, n_);
       map.ordinal = ordinal;
       map.share = static_cast<double>(count) / votes_.Closures();

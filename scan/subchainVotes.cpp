@@ -7,16 +7,15 @@
 #include <cstdlib>
 #include <functional>
 
-#include "preprocessing/chainprep.hpp" // for the closures
-#include "reduction/batch.hpp"         // for tresk::ReduceBatch
-#include "scan/prepare.hpp"            // for CopyJobToChainAtom
+#include "chain/closing.hpp"    // for tresk::CloseByMethod, tresk::FirstUsableOrdinal
+#include "core/outcomes.hpp"    // for tresk::kProblem
+#include "scan/closedBatch.hpp" // for tresk::AppendPackedRun
+#include "reduction/batch.hpp"  // for tresk::ReduceBatch
+#include "scan/prepare.hpp"     // for CopyJobToChainAtom
 
 namespace tresk {
 namespace {
 
-constexpr int kProblemWithProjecting = 40;
-constexpr int kDirectionsPerClosure = 30;
-constexpr double kClosureParameter = 1.25;
 // Points of closed copies reduced in one batch (12 bytes each).
 constexpr std::size_t kBatchPoints = 2000000;
 
@@ -25,25 +24,6 @@ std::uint64_t SplitMix(std::uint64_t x) {
   x = (x ^ (x >> 30)) * 0xBF58476D1CE4E5B9ull;
   x = (x ^ (x >> 27)) * 0x94D049BB133111EBull;
   return x ^ (x >> 31);
-}
-
-void Close(std::vector<ChainAtom>& sub, int method) {
-  switch (method) {
-  case 1:
-    CloseChain_OUT(sub, kClosureParameter);
-    break;
-  case 2:
-    CloseChain_2points(sub, kClosureParameter);
-    break;
-  case 3:
-    CloseChain_1point(sub, kClosureParameter);
-    break;
-  case 4:
-    CloseChain_1direction(sub);
-    break;
-  default:
-    break; // 0: the reduction joins the last atom to the first
-  }
 }
 
 // The chain moved so that its centroid is the origin: subchains are reduced in single
@@ -101,15 +81,10 @@ void SubchainVotes::RunBatch(const std::vector<Span>& spans) {
       // compared under the same closures, so their difference is the chain's, not the dice's.
       std::srand(seed);
       sub_.assign(chain_.begin() + (s.first - 1), chain_.begin() + s.second);
-      Close(sub_, closureMethod_);
+      CloseByMethod(sub_, closureMethod_, ClosureRetry::useAsIs);
       const std::int32_t length = static_cast<std::int32_t>(sub_.size());
       jobs_.push_back(Job{offset, length, s.first, s.second, s.first, s.second});
-      for (const ChainAtom& a : sub_)
-        points_.push_back(
-            fPointR3{static_cast<float>(a.x), static_cast<float>(a.y), static_cast<float>(a.z)});
-      // The batch layout: every job is followed by two copies of its last point.
-      points_.push_back(points_.back());
-      points_.push_back(points_.back());
+      AppendPackedRun(points_, sub_.begin(), sub_.end());
       offset += length + 2;
     }
   }
@@ -123,10 +98,10 @@ void SubchainVotes::RunBatch(const std::vector<Span>& spans) {
       [&](std::size_t k) {
         thread_local std::vector<ChainAtom> work;
         CopyJobToChainAtom(points_, work, jobs_[k]);
-        int ordinal = kProblemWithProjecting;
-        for (int d = 0; d < kDirectionsPerClosure && ordinal == kProblemWithProjecting; ++d)
-          ordinal = KnotInDirection(work, d, naming_);
-        ordinals[k] = static_cast<std::uint16_t>(ordinal);
+        ordinals[k] = static_cast<std::uint16_t>(
+            FirstUsableOrdinal(work, kProblem, [&](const std::vector<ChainAtom>& closed, int d) {
+              return KnotInDirection(closed, d, naming_);
+            }));
       },
       quiet);
   const std::size_t per = seeds_.size();
